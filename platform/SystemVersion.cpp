@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: MIT
+// Gestalt-style system version answers from the kernel release.
+#include "platform/SystemVersion.h"
+
+#include "platform/SystemQueryCache.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+#include <cstdio>
+#include <string_view>
+#include <sys/utsname.h>
+
+namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN {
+namespace {
+
+// The release has always been read into a 16-byte buffer; only its leading
+// numbers matter, so a longer release is cut to 15 bytes rather than refused.
+constexpr std::size_t kReleaseCapacity = 15;
+
+std::optional<std::string> unameRelease()
+{
+    utsname names{};
+    if (uname(&names) != 0)
+        return std::nullopt;
+    return std::string(names.release);
+}
+
+KernelReleaseReader g_readRelease = &unameRelease;
+
+std::optional<std::string> kernelRelease()
+{
+    std::optional<std::string> release = g_readRelease();
+    if (release) // as a C string in that buffer: up to a zero byte, at most 15 bytes
+        release->resize(std::min(std::strlen(release->c_str()), kReleaseCapacity));
+    return release;
+}
+
+struct ParsedNumber {
+    long value = 0;
+    std::size_t end = 0; // index of the character that ended the number
+};
+
+bool isCSpace(char c) noexcept
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+// strtol(text + from, &end, 10), saturating instead of overflowing; like
+// strtol, `end` stays at `from` when there is no number.
+ParsedNumber parseNumber(std::string_view text, std::size_t from) noexcept
+{
+    std::size_t i = from;
+    while (i < text.size() && isCSpace(text[i]))
+        ++i;
+    bool negative = false;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
+        negative = text[i] == '-';
+        ++i;
+    }
+    const std::size_t digits = i;
+    unsigned long magnitude = 0;
+    for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i) {
+        const unsigned long digit = static_cast<unsigned long>(text[i] - '0');
+        magnitude = magnitude > (static_cast<unsigned long>(LONG_MAX) + 1 - digit) / 10
+                        ? static_cast<unsigned long>(LONG_MAX) + 1
+                        : magnitude * 10 + digit;
+    }
+    if (i == digits)
+        return {0, from};
+    if (negative)
+        return {magnitude > static_cast<unsigned long>(LONG_MAX) ? LONG_MIN : -static_cast<long>(magnitude), i};
+    return {magnitude > static_cast<unsigned long>(LONG_MAX) ? LONG_MAX : static_cast<long>(magnitude), i};
+}
+
+std::uint32_t packedSystemVersion()
+{
+    std::uint32_t &cached = systemQueryCache().systemVersion;
+    if (cached != kNotYetKnown)
+        return cached;
+
+    cached = 0x1000;
+    if (const std::optional<std::string> release = kernelRelease()) {
+        const ParsedNumber major = parseNumber(*release, 0);
+        if (major.value > 0) {
+            const auto shifted = static_cast<unsigned long long>(major.value) * 16 + 0xFC0;
+            cached += static_cast<std::uint32_t>(shifted & 0xFF0);
+        }
+        if (major.end < release->size()) {
+            const ParsedNumber minor = parseNumber(*release, major.end + 1);
+            if (minor.value > 0)
+                cached += static_cast<std::uint32_t>(minor.value & 15);
+        }
+    }
+    return cached;
+}
+
+} // namespace
+
+int Gestalt_ALT(std::uint32_t selector, std::uint32_t *response) noexcept
+{
+    if (response == nullptr)
+        return -1;
+    switch (selector) {
+    case gestaltSystemVersionMajor: {
+        const std::uint32_t version = packedSystemVersion();
+        *response = ((version >> 12) & 0xF) * 10 + ((version >> 8) & 0xF);
+        return 0;
+    }
+    case gestaltSystemVersionMinor:
+        *response = (packedSystemVersion() >> 4) & 0xF;
+        return 0;
+    case gestaltSystemVersionBugFix:
+        *response = packedSystemVersion() & 0xF;
+        return 0;
+    case gestaltSystemVersion:
+        *response = packedSystemVersion();
+        return 0;
+    default:
+        std::fprintf(stderr, "Gestalt_ALT : selector '%x' not supported.\n", selector);
+        return -1;
+    }
+}
+
+std::uint32_t getOSMinorVersion() noexcept
+{
+    std::uint32_t &cached = systemQueryCache().minorVersion;
+    if (cached != kNotYetKnown)
+        return cached;
+    if (const std::optional<std::string> release = kernelRelease()) {
+        const ParsedNumber major = parseNumber(*release, 0);
+        if (major.value > 0)
+            cached = static_cast<std::uint32_t>(major.value - 4);
+    }
+    return cached;
+}
+
+KernelReleaseReader setKernelReleaseReader(KernelReleaseReader reader) noexcept
+{
+    const KernelReleaseReader previous = g_readRelease;
+    g_readRelease = reader != nullptr ? reader : &unameRelease;
+    return previous;
+}
+
+} // namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN

@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+// UtilityService on Linux: the group database for administrator membership,
+// the routing table and getifaddrs for the primary address, the home
+// directory and the Flatpak and Snap markers for the sandbox.
+#include "platform/UtilityService.h"
+
+#include "platform/PlatformLogging.h"
+#include "platform/PrimaryInterface.h"
+#include "platform/SystemQueryCache.h"
+#include "platform/UnicodeBuffer.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <bit>
+#include <cerrno>
+#include <grp.h>
+#include <pwd.h>
+#include <vector>
+
+namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN {
+namespace {
+
+constexpr std::size_t kInitialLookupBuffer = 1024;
+constexpr std::size_t kLargestLookupBuffer = 1 << 20;
+
+// Error numbers with which NSS modules report "no such entry".
+bool meansNotFound(int error) noexcept
+{
+    return error == 0 || error == ENOENT || error == ESRCH || error == EBADF || error == EPERM;
+}
+
+enum class Lookup { Found, NotFound, Failed };
+
+// Calls a reentrant database lookup (getgrnam_r, getpwnam_r) with a buffer
+// that grows while the entry does not fit.
+template <typename Entry, typename Call>
+Lookup lookUp(Entry &entry, std::vector<char> &buffer, Call call)
+{
+    buffer.resize(kInitialLookupBuffer);
+    for (;;) {
+        Entry *result = nullptr;
+        const int error = call(&entry, buffer.data(), buffer.size(), &result);
+        if (error == ERANGE && buffer.size() < kLargestLookupBuffer) {
+            buffer.resize(buffer.size() * 2);
+            continue;
+        }
+        if (result != nullptr)
+            return Lookup::Found;
+        return meansNotFound(error) ? Lookup::NotFound : Lookup::Failed;
+    }
+}
+
+bool inFlatpakOrSnap()
+{
+    return QFileInfo::exists(QStringLiteral("/.flatpak-info"))
+           || !qEnvironmentVariableIsEmpty("FLATPAK_ID")
+           || !qEnvironmentVariableIsEmpty("SNAP_NAME");
+}
+
+} // namespace
+
+bool UtilityService::checkIfAdminUser(const std::optional<QString> &userName)
+{
+    if (!userName || userName->isEmpty() || userName->contains(QChar(0)))
+        return false;
+    const QByteArray name = userName->toUtf8();
+
+    group adminGroup{};
+    std::vector<char> groupBuffer;
+    switch (lookUp(adminGroup, groupBuffer, [](group *g, char *b, std::size_t n, group **r) {
+        return getgrnam_r("admin", g, b, n, r);
+    })) {
+    case Lookup::Found:
+        break;
+    case Lookup::NotFound:
+        return false;
+    case Lookup::Failed:
+        qCWarning(lcUtilityService, "UtilityService - CSIdentityQueryExecute failed.");
+        return false;
+    }
+    const gid_t adminId = adminGroup.gr_gid;
+
+    passwd user{};
+    std::vector<char> userBuffer;
+    switch (lookUp(user, userBuffer, [&name](passwd *p, char *b, std::size_t n, passwd **r) {
+        return getpwnam_r(name.constData(), p, b, n, r);
+    })) {
+    case Lookup::Found:
+        break;
+    case Lookup::NotFound:
+        return false;
+    case Lookup::Failed:
+        qCWarning(lcUtilityService, "UtilityService - CSIdentityCreateGroupMembershipQuery failed.");
+        return false;
+    }
+
+    int count = 32;
+    std::vector<gid_t> groups(static_cast<std::size_t>(count));
+    while (getgrouplist(name.constData(), user.pw_gid, groups.data(), &count) == -1) {
+        groups.resize(static_cast<std::size_t>(std::max(count, static_cast<int>(groups.size()) * 2)));
+        count = static_cast<int>(groups.size());
+    }
+    groups.resize(static_cast<std::size_t>(count));
+    return std::find(groups.begin(), groups.end(), adminId) != groups.end();
+}
+
+std::optional<QString> UtilityService::copyHostIPv4Address()
+{
+    QFile routes(QStringLiteral("/proc/net/route"));
+    if (!routes.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    const std::optional<QString> interfaceName = defaultRouteInterface(routes.readAll());
+    if (!interfaceName)
+        return std::nullopt;
+    return primaryIPv4Address(interfaceName, localInterfaceAddresses());
+}
+
+bool UtilityService::isSandboxed()
+{
+    std::uint32_t &cached = systemQueryCache().sandboxed;
+    if (cached == kNotYetKnown) {
+        const bool sandboxed =
+            QDir::homePath().contains(QStringLiteral("Containers")) || inFlatpakOrSnap();
+        cached = sandboxed ? 1 : 0;
+    }
+    return cached != 0;
+}
+
+std::optional<QString> UtilityService::stringFromUnicodeBuf(const char16_t *buffer, int size)
+{
+    if (buffer == nullptr || size < 1)
+        return std::nullopt;
+    const int length = unicharLength(buffer, size);
+    if (length < 1)
+        return std::nullopt;
+
+    QString text(length, Qt::Uninitialized);
+    for (int i = 0; i < length; ++i) {
+        char16_t unit = buffer[i];
+        if constexpr (std::endian::native == std::endian::big)
+            unit = static_cast<char16_t>((unit >> 8) | (unit << 8));
+        text[i] = QChar(unit);
+    }
+    return text;
+}
+
+} // namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN
