@@ -32,6 +32,8 @@ endif()
 #
 # LIBRARY   a static, position-independent library with hidden symbols, to be
 #           linked into the plug-in module as well as into tests;
+# SHARED_LIBRARY a shared library that exports only what its headers mark
+#           (defines <NAME>_LIBRARY while it is built), installed;
 # TEST      a GoogleTest executable whose tests CTest discovers;
 # FUZZER    a libFuzzer target (fuzz preset only);
 # BENCHMARK a Google Benchmark executable;
@@ -39,8 +41,17 @@ endif()
 function(pde_add_target name kind)
     cmake_parse_arguments(PARSE_ARGV 2 ARG "" "" "SOURCES;LIBRARIES")
 
-    if(kind STREQUAL "LIBRARY")
-        add_library(${name} STATIC ${ARG_SOURCES})
+    if(kind MATCHES "^(SHARED_)?LIBRARY$")
+        if(kind STREQUAL "LIBRARY")
+            add_library(${name} STATIC ${ARG_SOURCES})
+        else()
+            add_library(${name} SHARED ${ARG_SOURCES})
+            string(TOUPPER "${name}_LIBRARY" _pde_building)
+            target_compile_definitions(${name} PRIVATE ${_pde_building})
+            set_target_properties(${name} PROPERTIES
+                VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+            install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+        endif()
         set_target_properties(${name} PROPERTIES
             POSITION_INDEPENDENT_CODE ON
             CXX_VISIBILITY_PRESET hidden
@@ -66,7 +77,7 @@ function(pde_add_target name kind)
         target_link_options(${name} PRIVATE -fsanitize=fuzzer)
     elseif(kind STREQUAL "BENCHMARK")
         target_link_libraries(${name} PRIVATE benchmark::benchmark)
-    elseif(NOT kind MATCHES "^(LIBRARY|EXECUTABLE)$")
+    elseif(NOT kind MATCHES "^(SHARED_LIBRARY|LIBRARY|EXECUTABLE)$")
         message(FATAL_ERROR "pde_add_target: unknown kind '${kind}' for ${name}")
     endif()
 endfunction()

@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+// Control <-> object property bindings.
+#include "pdekit/Binding.h"
+
+#include <QAbstractButton>
+#include <QColor>
+#include <QComboBox>
+#include <QLineEdit>
+
+namespace pde {
+namespace {
+
+const QByteArray kText = QByteArrayLiteral("text");
+const QByteArray kCurrentIndex = QByteArrayLiteral("currentIndex");
+const QByteArray kChecked = QByteArrayLiteral("checked");
+const QByteArray kEnabled = QByteArrayLiteral("enabled");
+const QByteArray kCaptionColor = QByteArrayLiteral("captionColor");
+
+} // namespace
+
+bool bindProperty(QWidget *control, const QByteArray &controlProperty, QObject *object,
+                  const QByteArray &objectProperty, BindingDirection direction, QString *error)
+{
+    const auto fail = [error](const QString &why) {
+        if (error != nullptr)
+            *error = why;
+        return false;
+    };
+    if (control == nullptr || object == nullptr)
+        return fail(QStringLiteral("a control and an object are needed"));
+
+    const QMetaObject *meta = object->metaObject();
+    const int index = meta->indexOfProperty(objectProperty.constData());
+    if (index < 0)
+        return fail(QStringLiteral("%1 has no property \"%2\"")
+                        .arg(object->objectName(), QString::fromUtf8(objectProperty)));
+    const QMetaProperty property = meta->property(index);
+    if (!property.hasNotifySignal())
+        return fail(QStringLiteral("property \"%1\" of %2 has no NOTIFY signal")
+                        .arg(QString::fromUtf8(objectProperty), object->objectName()));
+
+    const bool special = controlProperty == kCaptionColor || controlProperty == kEnabled;
+    if (!special && control->metaObject()->indexOfProperty(controlProperty.constData()) < 0)
+        return fail(QStringLiteral("%1 has no property \"%2\"")
+                        .arg(control->objectName(), QString::fromUtf8(controlProperty)));
+
+    auto *binding = new PropertyBinding(control, controlProperty, object, property);
+    if (direction == BindingDirection::TwoWay) {
+        if (controlProperty == kText && qobject_cast<QLineEdit *>(control) != nullptr) {
+            QObject::connect(static_cast<QLineEdit *>(control), &QLineEdit::textEdited, binding,
+                             &PropertyBinding::controlEdited);
+        } else if (controlProperty == kCurrentIndex && qobject_cast<QComboBox *>(control) != nullptr) {
+            QObject::connect(static_cast<QComboBox *>(control), &QComboBox::activated, binding,
+                             &PropertyBinding::controlEdited);
+        } else if (controlProperty == kChecked && qobject_cast<QAbstractButton *>(control) != nullptr) {
+            QObject::connect(static_cast<QAbstractButton *>(control), &QAbstractButton::clicked,
+                             binding, &PropertyBinding::controlEdited);
+        } else {
+            delete binding;
+            return fail(QStringLiteral("\"%1\" of %2 cannot be edited by the user; bind it one way (<-)")
+                            .arg(QString::fromUtf8(controlProperty), control->objectName()));
+        }
+    }
+    static const QMetaMethod changed =
+        PropertyBinding::staticMetaObject.method(PropertyBinding::staticMetaObject.indexOfSlot("objectChanged()"));
+    QObject::connect(object, property.notifySignal(), binding, changed);
+    binding->objectChanged();
+    return true;
+}
+
+PropertyBinding::PropertyBinding(QWidget *control, QByteArray controlProperty, QObject *object,
+                                 QMetaProperty objectProperty)
+    : QObject(control),
+      m_control(control),
+      m_controlProperty(std::move(controlProperty)),
+      m_object(object),
+      m_objectProperty(objectProperty),
+      m_originalPalette(control->palette())
+{
+}
+
+void PropertyBinding::objectChanged()
+{
+    if (m_object)
+        show(m_objectProperty.read(m_object));
+}
+
+void PropertyBinding::show(const QVariant &value)
+{
+    m_showing = true;
+    if (m_controlProperty == kText) {
+        const QString text = value.isValid() && !value.isNull() ? value.toString() : QString();
+        if (auto *edit = qobject_cast<QLineEdit *>(m_control)) {
+            // Setting an equal text would move the cursor under the user's hands.
+            if (edit->text() != text)
+                edit->setText(text);
+        } else {
+            m_control->setProperty(kText.constData(), text);
+        }
+    } else if (m_controlProperty == kCurrentIndex) {
+        bool ok = false;
+        int index = value.isValid() ? value.toInt(&ok) : -1;
+        if (auto *combo = qobject_cast<QComboBox *>(m_control)) {
+            if (!ok || index < 0 || index >= combo->count())
+                index = -1;
+            if (combo->currentIndex() != index)
+                combo->setCurrentIndex(index);
+        } else {
+            m_control->setProperty(kCurrentIndex.constData(), ok ? index : -1);
+        }
+    } else if (m_controlProperty == kChecked) {
+        m_control->setProperty(kChecked.constData(), value.toBool());
+    } else if (m_controlProperty == kEnabled) {
+        m_control->setEnabled(value.toBool());
+    } else if (m_controlProperty == kCaptionColor) {
+        const QColor color = value.value<QColor>();
+        const QPalette::ColorRole role = m_control->foregroundRole();
+        if (!color.isValid()) {
+            m_control->setPalette(m_originalPalette);
+        } else if (m_control->palette().color(QPalette::Active, role) != color
+                   || m_control->palette().color(QPalette::Disabled, role) != color) {
+            // A palette that sets only this role: the rest stays inherited.
+            QPalette palette;
+            palette.setColor(role, color);
+            m_control->setPalette(palette);
+        }
+    } else {
+        m_control->setProperty(m_controlProperty.constData(), value);
+    }
+    m_showing = false;
+}
+
+QVariant PropertyBinding::controlValue() const
+{
+    if (m_controlProperty == kText)
+        return m_control->property(kText.constData()).toString();
+    if (m_controlProperty == kCurrentIndex)
+        return m_control->property(kCurrentIndex.constData()).toInt();
+    return m_control->property(m_controlProperty.constData());
+}
+
+void PropertyBinding::controlEdited()
+{
+    if (m_showing || !m_object)
+        return;
+    m_objectProperty.write(m_object, controlValue());
+}
+
+} // namespace pde
