@@ -14,8 +14,8 @@
 
 struct RatioTarget {
     std::string operation; // benchmark name
-    std::string baseline;  // benchmark name
-    double maxRatio;
+    std::string baseline;  // benchmark name; empty for an absolute target
+    double max;            // the ratio, or nanoseconds for an absolute target
 };
 
 class RatioReporter : public benchmark::ConsoleReporter
@@ -27,26 +27,44 @@ public:
     {
         ConsoleReporter::ReportRuns(runs);
         for (const Run &run : runs) {
-            if (run.run_type == Run::RT_Iteration && run.iterations > 0)
-                m_times[run.benchmark_name()] = run.GetAdjustedRealTime();
+            const double nanoseconds = run.GetAdjustedRealTime()
+                                       * benchmark::GetTimeUnitMultiplier(benchmark::kNanosecond)
+                                       / benchmark::GetTimeUnitMultiplier(run.time_unit);
+            // With --benchmark_repetitions the median stands for the benchmark.
+            if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median")
+                m_medians[run.run_name.str()] = nanoseconds;
+            else if (run.run_type == Run::RT_Iteration && run.iterations > 0)
+                m_times[run.run_name.str()] = nanoseconds;
         }
     }
 
     // Prints one line per target; returns the number of targets missed.
-    int printRatios() const
+    // Times are compared in nanoseconds whatever unit a benchmark reports in.
+    int printRatios()
     {
+        for (const auto &[name, median] : m_medians)
+            m_times[name] = median;
         int missed = 0;
-        std::printf("\n%-44s %-34s %8s %8s\n", "operation", "baseline", "ratio", "target");
+        std::printf("\n%-44s %-34s %10s %10s\n", "operation", "baseline", "measured", "target");
         for (const RatioTarget &target : m_targets) {
             const auto op = m_times.find(target.operation);
-            const auto base = m_times.find(target.baseline);
-            if (op == m_times.end() || base == m_times.end() || base->second <= 0)
+            if (op == m_times.end())
                 continue; // filtered out of this run
-            const double ratio = op->second / base->second;
-            const bool met = ratio <= target.maxRatio;
+            bool met = false;
+            if (target.baseline.empty()) {
+                met = op->second <= target.max;
+                std::printf("%-44s %-34s %8.0fns %8.0fns %s\n", target.operation.c_str(), "(absolute)",
+                            op->second, target.max, met ? "ok" : "MISSED");
+            } else {
+                const auto base = m_times.find(target.baseline);
+                if (base == m_times.end() || base->second <= 0)
+                    continue;
+                const double ratio = op->second / base->second;
+                met = ratio <= target.max;
+                std::printf("%-44s %-34s %9.2fx %9.1fx %s\n", target.operation.c_str(),
+                            target.baseline.c_str(), ratio, target.max, met ? "ok" : "MISSED");
+            }
             missed += met ? 0 : 1;
-            std::printf("%-44s %-34s %8.2f %7.1fx %s\n", target.operation.c_str(),
-                        target.baseline.c_str(), ratio, target.maxRatio, met ? "ok" : "MISSED");
         }
         return missed;
     }
@@ -54,4 +72,5 @@ public:
 private:
     std::vector<RatioTarget> m_targets;
     std::map<std::string, double> m_times;
+    std::map<std::string, double> m_medians;
 };
