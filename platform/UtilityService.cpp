@@ -9,14 +9,19 @@
 #include "platform/SystemQueryCache.h"
 #include "platform/UnicodeBuffer.h"
 
+#include "pdekit/PropertyList.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 
 #include <algorithm>
+#include <cstdlib>
 #include <bit>
 #include <cerrno>
 #include <grp.h>
+#include <plist/plist.h>
 #include <pwd.h>
 #include <vector>
 
@@ -51,6 +56,67 @@ Lookup lookUp(Entry &entry, std::vector<char> &buffer, Call call)
             return Lookup::Found;
         return meansNotFound(error) ? Lookup::NotFound : Lookup::Failed;
     }
+}
+
+const QString kHelpRegistrationFile = QStringLiteral("/Library/Preferences/com.apple.help.plist");
+
+// The string value of a node, or nullopt when it is not a string.
+std::optional<QString> stringOf(plist_t node)
+{
+    if (node == nullptr || plist_get_node_type(node) != PLIST_STRING)
+        return std::nullopt;
+    uint64_t length = 0;
+    const char *text = plist_get_string_ptr(node, &length);
+    return QString::fromUtf8(text, static_cast<qsizetype>(length));
+}
+
+plist_t dictionaryItem(plist_t dictionary, const char *key)
+{
+    if (dictionary == nullptr || plist_get_node_type(dictionary) != PLIST_DICT)
+        return nullptr;
+    return plist_dict_get_item(dictionary, key);
+}
+
+// XML property lists hold dictionaries, arrays, strings, numbers, booleans,
+// dates and data; keyed-archive references (UIDs) have no XML form.
+bool fitsXmlPropertyList(plist_t node)
+{
+    switch (plist_get_node_type(node)) {
+    case PLIST_DICT: {
+        plist_dict_iter iter = nullptr;
+        plist_dict_new_iter(node, &iter);
+        bool fits = true;
+        for (;;) {
+            char *key = nullptr;
+            plist_t value = nullptr;
+            plist_dict_next_item(node, iter, &key, &value);
+            std::free(key);
+            if (value == nullptr)
+                break;
+            fits = fits && fitsXmlPropertyList(value);
+        }
+        std::free(iter);
+        return fits;
+    }
+    case PLIST_ARRAY:
+        for (uint32_t i = 0; i < plist_array_get_size(node); ++i) {
+            if (!fitsXmlPropertyList(plist_array_get_item(node, i)))
+                return false;
+        }
+        return true;
+    case PLIST_BOOLEAN:
+    case PLIST_UINT:
+    case PLIST_REAL:
+    case PLIST_STRING:
+    case PLIST_DATE:
+    case PLIST_DATA:
+    case PLIST_KEY:
+        return true;
+    case PLIST_UID:
+    case PLIST_NONE:
+        return false;
+    }
+    return false;
 }
 
 bool inFlatpakOrSnap()
@@ -145,6 +211,48 @@ std::optional<QString> UtilityService::stringFromUnicodeBuf(const char16_t *buff
         text[i] = QChar(unit);
     }
     return text;
+}
+
+void UtilityService::removeHelpCacheForBundleID(const std::optional<QString> &bundleIdentifier)
+{
+    if (!bundleIdentifier || bundleIdentifier->contains(QChar(0)))
+        return;
+    const QString path = QDir::homePath() + kHelpRegistrationFile;
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+        return;
+    const pde::PropertyListNode root = pde::parsePropertyList(file.readAll());
+    file.close();
+    if (!root)
+        return;
+
+    const QByteArray identifier = bundleIdentifier->toUtf8();
+    plist_t books = dictionaryItem(root.get(), "RegisteredBooks");
+    plist_t entry = dictionaryItem(books, identifier.constData());
+    if (entry == nullptr || plist_get_node_type(entry) != PLIST_ARRAY || plist_array_get_size(entry) < 1)
+        return;
+    const std::optional<QString> url = stringOf(dictionaryItem(plist_array_get_item(entry, 0), "url"));
+    if (!url || !url->contains(QStringLiteral(".lproj")))
+        return;
+
+    plist_dict_remove_item(books, identifier.constData());
+    plist_t order = dictionaryItem(root.get(), "RegistrationOrder");
+    if (order != nullptr && plist_get_node_type(order) == PLIST_ARRAY) {
+        for (uint32_t i = 0; i < plist_array_get_size(order); ++i) {
+            if (stringOf(plist_array_get_item(order, i)) == *bundleIdentifier) {
+                plist_array_remove_item(order, i);
+                break;
+            }
+        }
+    }
+
+    if (!fitsXmlPropertyList(root.get()))
+        qCWarning(lcUtilityService, "Illegal Property List.");
+    QSaveFile out(path);
+    if (out.open(QIODevice::WriteOnly)) {
+        out.write(pde::xmlPropertyList(root.get()));
+        out.commit();
+    }
 }
 
 } // namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN

@@ -36,6 +36,18 @@ public:
     // little-endian units, `size` counting bytes. Returns nullopt for a null
     // buffer, a size below 1, an empty text or a buffer without a zero unit.
     static std::optional<QString> stringFromUnicodeBuf(const char16_t *buffer, int size);
+
+    // Removes the bundle identifier's entry from the help viewer's
+    // registration file, "Library/Preferences/com.apple.help.plist" under the
+    // user's home directory ($HOME), when that entry was registered from a
+    // localization folder (its "url" contains ".lproj"): the key goes from
+    // "RegisteredBooks" and its first occurrence from "RegistrationOrder", and
+    // the file is rewritten as an XML property list, atomically. An edited
+    // list that XML cannot hold is logged as "Illegal Property List." and
+    // written all the same. Any missing piece (no identifier, no file, a file
+    // that is not a property list, no entry, no ".lproj") ends quietly and
+    // leaves the file as it was.
+    static void removeHelpCacheForBundleID(const std::optional<QString> &bundleIdentifier);
 };
 
 } // namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN
