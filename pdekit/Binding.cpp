@@ -6,6 +6,7 @@
 #include <QColor>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QValidator>
 
 namespace pde {
 namespace {
@@ -92,8 +93,17 @@ void PropertyBinding::show(const QVariant &value)
         const QString text = value.isValid() && !value.isNull() ? value.toString() : QString();
         if (auto *edit = qobject_cast<QLineEdit *>(m_control)) {
             // Setting an equal text would move the cursor under the user's hands.
-            if (edit->text() != text)
+            if (edit->text() != text) {
+                // The object's value is shown even when the field's validator
+                // would refuse it. Set without the validator, the field counts
+                // its text as valid, so it then refuses every edit that the
+                // validator refuses, until one brings the text within the
+                // rules; set with it, a field would accept any further edit.
+                const QPointer<const QValidator> validator = edit->validator();
+                edit->setValidator(nullptr);
                 edit->setText(text);
+                edit->setValidator(validator);
+            }
         } else {
             m_control->setProperty(kText.constData(), text);
         }
