@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+// Life cycle of the job-type panel: creation, the view from the nib, the
+// help set-up, pushing values into the controls, tear-down.
+#include "plugin/VirtualMailboxPdeInterface.h"
+
+#include "localization/LocalizedString.h"
+#include "pdekit/Bundle.h"
+#include "platform/HelpBook.h"
+#include "platform/SystemVersion.h"
+#include "platform/UtilityService.h"
+#include "text/PpdAttribute.h"
+
+#include <QWidget>
+
+#include <cstring>
+
+namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN {
+namespace {
+
+const QString kDefaultNib = QStringLiteral("SecurePrint");
+
+} // namespace
+
+VirtualMailboxPdeInterface::VirtualMailboxPdeInterface(pde::PDEPluginCallback *callback, pde::Bundle *bundle)
+    : BasicPdeInterface(callback, bundle)
+{
+    setPrintType(0);
+    setUserName(QString());
+    setPassword(QString());
+    setDocumentNameType(1);
+    setDocumentName(QString());
+    m_minPasswordLength = 0;
+    if (ppd() != nullptr) {
+        const ppd_attr_t *allowNull = ppdFindAttr_ALT(ppd(), "NVPTAllowNullPassword");
+        if (allowNull != nullptr && (allowNull->value == nullptr || std::strcmp(allowNull->value, "True") != 0))
+            m_minPasswordLength = 1;
+    }
+}
+
+VirtualMailboxPdeInterface::~VirtualMailboxPdeInterface()
+{
+    setPrintType({});
+    setUserName(std::nullopt);
+    setPassword(std::nullopt);
+    setDocumentNameType({});
+    setDocumentName(std::nullopt);
+    releaseTopLevelObjects();
+}
+
+void VirtualMailboxPdeInterface::releaseTopLevelObjects()
+{
+    // Controller first, so that it stops observing before the model goes;
+    // a view the host still holds is taken back before it is deleted, and one
+    // the host already deleted is not deleted again.
+    while (!m_topLevelObjs.empty()) {
+        std::unique_ptr<QObject> object = std::move(m_topLevelObjs.back());
+        m_topLevelObjs.pop_back();
+        if (auto *widget = qobject_cast<QWidget *>(object.get()); widget != nullptr && widget->parentWidget() != nullptr)
+            widget->setParent(nullptr);
+    }
+    m_vmbController = nullptr;
+}
+
+QWidget *VirtualMailboxPdeInterface::panelView()
+{
+    if (!m_vmbController) {
+        m_nibFileName = kDefaultNib;
+        releaseTopLevelObjects();
+        if (ppd() != nullptr) {
+            if (std::optional<QString> nib = CopyPPDAttribute(ppd(), "NVJobTypeNibName"))
+                m_nibFileName = *nib;
+        }
+        if (pluginBundle() != nullptr)
+            pde::Nib::load(*pluginBundle(), m_nibFileName, this, &m_topLevelObjs);
+        if (!m_vmbController) {
+            releaseTopLevelObjects();
+            return nullptr;
+        }
+        m_vmbController->setBundle(pluginBundle());
+        m_vmbController->setPPD(ppd());
+
+        std::uint32_t systemVersion = 0;
+        Gestalt_ALT(gestaltSystemVersion, &systemVersion);
+        const QString identifier = pluginBundle() != nullptr ? pluginBundle()->identifier() : QString();
+        if ((systemVersion & ~0xFu) == 0x1060)
+            UtilityService::removeHelpCacheForBundleID(identifier);
+        RegisterHelpBook(pde::Bundle::withIdentifier(identifier));
+    }
+    return m_vmbController->mainView();
+}
+
+void VirtualMailboxPdeInterface::updateView()
+{
+    if (!m_vmbController)
+        return;
+    m_vmbController->localizeView();
+    m_vmbController->setPrintType(printType());
+    m_vmbController->setUserName(userName());
+    m_vmbController->setPassword(password());
+    m_vmbController->setDocumentNameType(documentNameType());
+    m_vmbController->setDocumentName(documentName());
+}
+
+void VirtualMailboxPdeInterface::willShow()
+{
+    updateView();
+}
+
+bool VirtualMailboxPdeInterface::shouldShowHelp()
+{
+    if (!m_vmbController)
+        return true;
+    m_vmbController->showHelpBook(this);
+    return false;
+}
+
+QString VirtualMailboxPdeInterface::localized(const QString &key) const
+{
+    return nvktraLocalizedStringForKey(pluginBundle(), key, std::nullopt, std::nullopt).value_or(QString());
+}
+
+} // namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN

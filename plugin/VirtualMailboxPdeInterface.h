@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+// The job-type panel: it holds the five values between the host's calls,
+// loads its view from the bundle's nib on first demand, moves the values to
+// and from the controller, writes and reads the print-settings record,
+// validates the input and contributes its summary lines.
+#pragma once
+
+#include "panel/VmbController.h"
+#include "pdekit/Nib.h"
+#include "plugin/BasicPdeInterface.h"
+
+#include <QString>
+#include <QVariant>
+
+#include <optional>
+
+namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN {
+
+// The keys of the record, each this prefix and a suffix.
+inline constexpr QLatin1StringView kPrintSettingsKeyPrefix{"com.norvanta.qs.o.print.printsettings."};
+
+class VirtualMailboxPdeInterface : public BasicPdeInterface
+{
+    Q_OBJECT
+    // The nib's outlet to its controller.
+    Q_PROPERTY(com_norvanta_qs_o_vellumark_pde_JobTypeQTRN::VmbController *vmbController READ vmbController WRITE setVmbController)
+
+public:
+    // The values start as print type 0, empty user ID and password, document
+    // name type 1, empty document name. An empty password is refused later
+    // when the PPD has "NVPTAllowNullPassword" with a value other than "True".
+    VirtualMailboxPdeInterface(pde::PDEPluginCallback *callback, pde::Bundle *bundle);
+    // Sets the five values to none, then lets the nib's objects go.
+    ~VirtualMailboxPdeInterface() override;
+
+    // Loads the nib ("SecurePrint", or the PPD's "NVJobTypeNibName") once,
+    // hands the controller the bundle and the PPD, registers the help book;
+    // returns the view, or null (and tries again next time) when the nib does
+    // not load or does not connect the controller.
+    QWidget *panelView() override;
+    // Pushes the five values into the controller (after localizing the view).
+    void updateView();
+    void willShow() override;
+    // Refuses the save with an alert when a held job has no user ID, or a
+    // secure job no password where the PPD requires one.
+    bool validateInputValues();
+    // Reads the record from the job's print settings; always true.
+    bool restoreValuesAndReturnError(pde::PDEError *error) override;
+    // Takes the values from the controls, validates them and writes the record;
+    // false when there are no print settings or the input is refused.
+    bool saveValuesAndReturnError(pde::PDEError *error) override;
+    // The job type, user ID, password as asterisks, document name type and
+    // document name lines, in display order.
+    std::optional<pde::SummaryInfo> summaryInfo() override;
+    // Opens the panel's help page once the view exists (false); true before.
+    bool shouldShowHelp() override;
+
+    QVariant printType() const { return m_printType; }
+    void setPrintType(const QVariant &printType) { m_printType = printType; }
+    std::optional<QString> userName() const { return m_userName; }
+    void setUserName(const std::optional<QString> &userName) { m_userName = userName; }
+    // The protected form, never the clear text.
+    std::optional<QString> password() const { return m_password; }
+    void setPassword(const std::optional<QString> &password) { m_password = password; }
+    QVariant documentNameType() const { return m_documentNameType; }
+    void setDocumentNameType(const QVariant &documentNameType) { m_documentNameType = documentNameType; }
+    std::optional<QString> documentName() const { return m_documentName; }
+    void setDocumentName(const std::optional<QString> &documentName) { m_documentName = documentName; }
+
+    VmbController *vmbController() const { return m_vmbController; }
+    void setVmbController(VmbController *controller) { m_vmbController = controller; }
+    std::size_t minPasswordLength() const { return m_minPasswordLength; }
+    const QString &nibFileName() const { return m_nibFileName; }
+
+private:
+    QString localized(const QString &key) const;
+    void releaseTopLevelObjects();
+
+    QPointer<VmbController> m_vmbController;
+    QVariant m_printType;
+    std::optional<QString> m_userName;
+    std::optional<QString> m_password;
+    QVariant m_documentNameType;
+    std::optional<QString> m_documentName;
+    pde::Nib::TopLevelObjects m_topLevelObjs;
+    std::size_t m_minPasswordLength = 0;
+    QString m_nibFileName;
+};
+
+} // namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN
