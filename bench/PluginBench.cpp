@@ -31,8 +31,8 @@ pde::PDEPlugIn *factory()
         pde::Bundle *bundle = pde::Bundle::open(QStringLiteral(PDE_BUNDLE_DIR));
         if (bundle == nullptr || !bundle->executablePath())
             return nullptr;
-        auto *loader = new QPluginLoader(*bundle->executablePath());
-        auto *plugIn = qobject_cast<pde::PDEPlugIn *>(loader->instance());
+        static QPluginLoader loader(*bundle->executablePath());
+        auto *plugIn = qobject_cast<pde::PDEPlugIn *>(loader.instance());
         if (plugIn != nullptr)
             plugIn->initWithBundle(bundle);
         return plugIn;

@@ -45,7 +45,7 @@ bool bindProperty(QWidget *control, const QByteArray &controlProperty, QObject *
         return fail(QStringLiteral("%1 has no property \"%2\"")
                         .arg(control->objectName(), QString::fromUtf8(controlProperty)));
 
-    auto *binding = new PropertyBinding(control, controlProperty, object, property);
+    auto *binding = new PropertyBinding(control, controlProperty, object, property, direction);
     if (direction == BindingDirection::TwoWay) {
         if (controlProperty == kText && qobject_cast<QLineEdit *>(control) != nullptr) {
             QObject::connect(static_cast<QLineEdit *>(control), &QLineEdit::textEdited, binding,
@@ -70,14 +70,34 @@ bool bindProperty(QWidget *control, const QByteArray &controlProperty, QObject *
 }
 
 PropertyBinding::PropertyBinding(QWidget *control, QByteArray controlProperty, QObject *object,
-                                 QMetaProperty objectProperty)
+                                 QMetaProperty objectProperty, BindingDirection direction)
     : QObject(control),
       m_control(control),
       m_controlProperty(std::move(controlProperty)),
       m_object(object),
       m_objectProperty(objectProperty),
-      m_originalPalette(control->palette())
+      m_originalPalette(control->palette()),
+      m_direction(direction)
 {
+}
+
+BindingInfo PropertyBinding::info() const
+{
+    return {m_control, m_controlProperty, m_object.data(), QByteArray(m_objectProperty.name()), m_direction};
+}
+
+QList<BindingInfo> bindingsIn(QWidget *root)
+{
+    QList<BindingInfo> bindings;
+    if (root == nullptr)
+        return bindings;
+    QList<QWidget *> widgets{root};
+    widgets.append(root->findChildren<QWidget *>());
+    for (QWidget *widget : widgets) {
+        for (const PropertyBinding *binding : widget->findChildren<PropertyBinding *>(Qt::FindDirectChildrenOnly))
+            bindings.append(binding->info());
+    }
+    return bindings;
 }
 
 void PropertyBinding::objectChanged()

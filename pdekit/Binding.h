@@ -42,12 +42,28 @@ PDEKIT_EXPORT bool bindProperty(QWidget *control, const QByteArray &controlPrope
                                 const QByteArray &objectProperty, BindingDirection direction,
                                 QString *error = nullptr);
 
+// One binding as a nib made it, for hosts that drive or report a panel's
+// controls by the object properties they show.
+struct BindingInfo {
+    QWidget *control = nullptr;
+    QByteArray controlProperty;
+    QObject *object = nullptr;
+    QByteArray objectProperty;
+    BindingDirection direction = BindingDirection::ToControl;
+};
+
+// The bindings of every control in `root`'s tree (root included), in the
+// order of the widget tree and, per control, of binding.
+PDEKIT_EXPORT QList<BindingInfo> bindingsIn(QWidget *root);
+
 class PropertyBinding : public QObject
 {
     Q_OBJECT
 public:
     PropertyBinding(QWidget *control, QByteArray controlProperty, QObject *object,
-                    QMetaProperty objectProperty);
+                    QMetaProperty objectProperty, BindingDirection direction);
+
+    BindingInfo info() const;
 
 public Q_SLOTS:
     void objectChanged();
@@ -62,6 +78,7 @@ private:
     QPointer<QObject> m_object;
     QMetaProperty m_objectProperty;
     QPalette m_originalPalette;
+    BindingDirection m_direction;
     bool m_showing = false;
 };
 

@@ -10,6 +10,8 @@
 #include <QPluginLoader>
 #include <QTest>
 
+#include <vector>
+
 namespace hosttest {
 
 Ppd openPpd(const char *name)
@@ -39,9 +41,10 @@ pde::PDEPlugIn *loadFactory(const QString &bundlePath)
     pde::Bundle *bundle = pde::Bundle::open(bundlePath);
     if (bundle == nullptr || !bundle->executablePath())
         return nullptr;
-    // Loaders stay alive with their plug-ins for the rest of the process, as
-    // a host keeps the bundles it loaded.
-    auto *loader = new QPluginLoader(*bundle->executablePath());
+    // Loaders stay with their plug-ins for the rest of the process, as a host
+    // keeps the bundles it loaded.
+    static std::vector<std::unique_ptr<QPluginLoader>> loaders;
+    QPluginLoader *loader = loaders.emplace_back(std::make_unique<QPluginLoader>(*bundle->executablePath())).get();
     auto *factory = qobject_cast<pde::PDEPlugIn *>(loader->instance());
     if (factory == nullptr)
         return nullptr;

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+// Submitting documents to a CUPS destination with the job's print settings
+// as job options.
+#pragma once
+
+#include "pdekit/PrintSettings.h"
+
+#include <cups/cups.h>
+
+#include <QString>
+#include <QStringList>
+
+#include <variant>
+
+namespace pdehost {
+
+// The options every print dialog offers besides the extensions' own.
+struct StandardOptions {
+    int copies = 1;
+    QString pageRanges; // "1-3,5"; empty for all pages
+    QString sides;      // "one-sided", "two-sided-long-edge", ...; empty for the printer's default
+};
+
+// Creates one job on `destination` holding every file, with the settings'
+// entries and the standard options as job options. Returns the job id, or
+// the reason it failed (which file, and CUPS's own message).
+std::variant<int, QString> submitJob(cups_dest_t *destination, const QStringList &files, const QString &title,
+                                     const pde::PrintSettings &settings, const StandardOptions &standard);
+
+} // namespace pdehost

@@ -1,0 +1,355 @@
+// SPDX-License-Identifier: MIT
+// pde-host: a command-line print dialog host. It loads the extension bundles
+// a printer calls for, drives their panels headlessly as a user would, and
+// prints the resulting record, summary or control state, renders the panel,
+// or submits a job to CUPS with the record as job options.
+#include "host/BundleLocator.h"
+#include "host/CupsJob.h"
+#include "host/OrderedJson.h"
+#include "host/PanelDriver.h"
+#include "host/PanelHost.h"
+#include "host/PrinterSession.h"
+#include "pdekit/Alert.h"
+#include "pdekit/Bundle.h"
+#include "pdekit/HelpViewer.h"
+#include "pdekit/PreferredLanguages.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QSaveFile>
+#include <QTextStream>
+#include <QWidget>
+
+#include <cstdio>
+#include <iostream>
+#include <string>
+
+namespace {
+
+using namespace pdehost;
+
+enum ExitCode {
+    kSuccess = 0,
+    kUsage = 1,
+    kCannotLoad = 2,
+    kSaveRefused = 3,
+    kValueRefused = 4,
+};
+
+const char *const kHelp = R"(Usage: pde-host [--bundle PATH]... (--ppd FILE | --printer NAME) [--option KEY=VALUE]...
+                [--settings FILE] [--lang LANG] COMMAND [ARGUMENTS] [--set KEY=VALUE]...
+
+A print dialog host without a window. It loads the print dialog extension
+bundles that a printer's PPD calls for (*APDialogExtension), shows their
+panels to nobody, and does what a user of the print dialog would do.
+
+Printer:
+  --ppd FILE             the printer described by a PPD file
+  --printer NAME         a CUPS destination (NAME or NAME/INSTANCE); its PPD
+                         comes from the scheduler, its saved options
+                         (lpoptions) seed the job's print settings
+  --option KEY=VALUE     a job option, marked in the PPD as well (repeatable)
+
+Bundles:
+  --bundle PATH          load this bundle (repeatable). Bundles the PPD calls
+                         for are found by file name among these, then in the
+                         folders of PDE_PLUGIN_PATH, then in
+                         @INSTALLED_BUNDLE_DIR@
+
+Values:
+  --settings FILE        a JSON object of string values that the panels
+                         restore from; `record` writes it back after a
+                         successful save (atomically)
+  --set KEY=VALUE        a value entered in the control bound to KEY
+                         (repeatable); for the job-type panel the keys are
+                         printType (0 none, 1 secure, 2 sample, 3 public),
+                         userName, password, documentNameType (0 automatic,
+                         1 entered) and documentName
+  --password-stdin       read the password (the first line) from standard
+                         input, so that it never shows in the process list
+  --lang LANG            the language of the panels (e.g. ja)
+  --format json|lp       how `record` prints the settings (default json;
+                         lp prints shell-quoted -o arguments for lp)
+
+Commands:
+  panels                 one line per panel: its kind, a tab, its name
+  record                 restore, enter the --set values, save; print the
+                         job's print settings in the order they were written
+  summary                as record, then print each panel's summary lines,
+                         "Title: value", in display order
+  state                  after entering the values: the controls as the user
+                         sees them, as JSON (value, enabled, caption colour)
+  screenshot OUT.png     after entering the values: render the panels
+  print FILE...          as record, then submit the files to the printer
+                         (--printer) with the settings as job options
+
+Exit status:
+  0  success
+  1  usage error
+  2  a bundle, PPD or printer that cannot be loaded
+  3  a panel refused the save; its alert is on standard error as "alert: TEXT"
+  4  a control refused a value (which key, and what it refused)
+)";
+
+QTextStream &err()
+{
+    static QTextStream stream(stderr);
+    return stream;
+}
+
+int fail(ExitCode code, const QString &message)
+{
+    err() << "pde-host: " << message << Qt::endl;
+    return code;
+}
+
+std::optional<std::pair<QString, QString>> keyValue(const QString &text)
+{
+    const qsizetype equals = text.indexOf(u'=');
+    if (equals <= 0)
+        return std::nullopt;
+    return std::make_pair(text.left(equals), text.mid(equals + 1));
+}
+
+QString shellQuoted(const QString &text)
+{
+    QString quoted = text;
+    quoted.replace(QStringLiteral("'"), QStringLiteral("'\\''"));
+    return u'\'' + quoted + u'\'';
+}
+
+void writeOut(const QByteArray &bytes)
+{
+    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stdout);
+    std::fflush(stdout);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    // Panels are widgets; this host shows them to nobody.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("pde-host"));
+
+    QCommandLineParser parser;
+    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsOptions);
+    const QCommandLineOption bundleOption(QStringLiteral("bundle"), {}, QStringLiteral("PATH"));
+    const QCommandLineOption ppdOption(QStringLiteral("ppd"), {}, QStringLiteral("FILE"));
+    const QCommandLineOption printerOption(QStringLiteral("printer"), {}, QStringLiteral("NAME"));
+    const QCommandLineOption optionOption(QStringLiteral("option"), {}, QStringLiteral("KEY=VALUE"));
+    const QCommandLineOption settingsOption(QStringLiteral("settings"), {}, QStringLiteral("FILE"));
+    const QCommandLineOption langOption(QStringLiteral("lang"), {}, QStringLiteral("LANG"));
+    const QCommandLineOption setOption(QStringLiteral("set"), {}, QStringLiteral("KEY=VALUE"));
+    const QCommandLineOption passwordStdinOption(QStringLiteral("password-stdin"));
+    const QCommandLineOption formatOption(QStringLiteral("format"), {}, QStringLiteral("FORMAT"), QStringLiteral("json"));
+    const QCommandLineOption helpOption(QStringList{QStringLiteral("h"), QStringLiteral("help")});
+    for (const QCommandLineOption &option : {bundleOption, ppdOption, printerOption, optionOption, settingsOption,
+                                             langOption, setOption, passwordStdinOption, formatOption, helpOption})
+        parser.addOption(option);
+    if (!parser.parse(QApplication::arguments()))
+        return fail(kUsage, parser.errorText() + QStringLiteral(" (see pde-host --help)"));
+    if (parser.isSet(helpOption)) {
+        writeOut(QString::fromUtf8(kHelp).replace(QStringLiteral("@INSTALLED_BUNDLE_DIR@"),
+                                                  QStringLiteral(PDE_INSTALLED_BUNDLE_DIR)).toUtf8());
+        return kSuccess;
+    }
+
+    const QStringList positional = parser.positionalArguments();
+    const QString command = positional.value(0);
+    const QStringList commandArguments = positional.mid(1);
+    static const QStringList kCommands{QStringLiteral("panels"), QStringLiteral("record"), QStringLiteral("summary"),
+                                       QStringLiteral("state"), QStringLiteral("screenshot"), QStringLiteral("print")};
+    if (command.isEmpty())
+        return fail(kUsage, QStringLiteral("no command given (see pde-host --help)"));
+    if (!kCommands.contains(command))
+        return fail(kUsage, QStringLiteral("unknown command \"%1\" (see pde-host --help)").arg(command));
+    if (parser.isSet(ppdOption) == parser.isSet(printerOption))
+        return fail(kUsage, QStringLiteral("give exactly one of --ppd FILE and --printer NAME"));
+    if (command == u"screenshot" && commandArguments.size() != 1)
+        return fail(kUsage, QStringLiteral("screenshot needs one output file: screenshot OUT.png"));
+    if (command == u"print" && commandArguments.isEmpty())
+        return fail(kUsage, QStringLiteral("print needs at least one file to print"));
+    if (command == u"print" && !parser.isSet(printerOption))
+        return fail(kUsage, QStringLiteral("print needs a CUPS printer (--printer NAME), not a PPD file"));
+    if (command != u"print" && command != u"screenshot" && !commandArguments.isEmpty())
+        return fail(kUsage, QStringLiteral("%1 takes no arguments, but got \"%2\"").arg(command, commandArguments.first()));
+    const QString format = parser.value(formatOption);
+    if (format != u"json" && format != u"lp")
+        return fail(kUsage, QStringLiteral("--format must be json or lp, not \"%1\"").arg(format));
+
+    Options options;
+    for (const QString &text : parser.values(optionOption)) {
+        const auto pair = keyValue(text);
+        if (!pair)
+            return fail(kUsage, QStringLiteral("--option \"%1\" is not KEY=VALUE").arg(text));
+        options.append(*pair);
+    }
+    QList<std::pair<QString, QString>> values;
+    for (const QString &text : parser.values(setOption)) {
+        const auto pair = keyValue(text);
+        if (!pair)
+            return fail(kUsage, QStringLiteral("--set \"%1\" is not KEY=VALUE").arg(text));
+        values.append(*pair);
+    }
+    if (parser.isSet(passwordStdinOption)) {
+        std::string line;
+        std::getline(std::cin, line);
+        if (!line.empty() && line.back() == '\r')
+            line.pop_back();
+        values.append({QStringLiteral("password"), QString::fromStdString(line)});
+        std::fill(line.begin(), line.end(), '\0');
+    }
+    if (parser.isSet(langOption))
+        pde::setPreferredLanguages(QStringList{parser.value(langOption)});
+
+    // The printer.
+    QString error;
+    std::unique_ptr<PrinterSession> session =
+        parser.isSet(ppdOption) ? PrinterSession::fromPpdFile(parser.value(ppdOption), options, &error)
+                                : PrinterSession::fromDestination(parser.value(printerOption), options, &error);
+    if (!session)
+        return fail(kCannotLoad, error);
+
+    OrderedStrings seeded;
+    const QString settingsFile = parser.value(settingsOption);
+    if (!settingsFile.isEmpty()) {
+        QFile file(settingsFile);
+        if (file.exists()) {
+            if (!file.open(QIODevice::ReadOnly))
+                return fail(kCannotLoad, QStringLiteral("%1: %2").arg(settingsFile, file.errorString()));
+            const std::optional<OrderedStrings> entries = parseStringObject(file.readAll(), &error);
+            if (!entries)
+                return fail(kCannotLoad, QStringLiteral("%1: not a JSON object of strings: %2").arg(settingsFile, error));
+            for (const auto &[key, value] : *entries)
+                session->printSettings()->setValue(key, value);
+        }
+    }
+
+    // The panels.
+    const LocatedBundles located = locateBundles(parser.values(bundleOption), dialogExtensionsOf(session->ppdFile()),
+                                                 bundleSearchDirectories());
+    PanelHost host;
+    host.load(located.paths, session.get());
+    const QStringList problems = located.problems + host.problems();
+    for (const QString &problem : problems)
+        err() << "pde-host: " << problem << Qt::endl;
+    if (host.panels().empty())
+        return fail(kCannotLoad, problems.isEmpty() ? QStringLiteral("the printer calls for no extension bundle, and none was given with --bundle")
+                                                    : QStringLiteral("no panel could be loaded"));
+
+    if (command == u"panels") {
+        for (HostedPanel &hosted : host.panels())
+            writeOut((hosted.panel->panelKind() + u'\t' + hosted.panel->panelName() + u'\n').toUtf8());
+        return kSuccess;
+    }
+
+    // Alerts and help pages go to standard error: nobody is there to click.
+    pde::setAlertHandler([](const pde::Alert &alert) { err() << "alert: " << alert.messageText << Qt::endl; });
+    pde::HelpViewer::instance().setPageHandler(
+        [](const QString &, const QUrl &page) { err() << "help: " << page.toString() << Qt::endl; });
+
+    // What a dialog does when it opens: views, restore, show.
+    QList<QWidget *> views;
+    for (HostedPanel &hosted : host.panels()) {
+        QWidget *view = hosted.panel->panelView();
+        if (view == nullptr)
+            return fail(kCannotLoad, QStringLiteral("%1: the panel has no view").arg(hosted.bundle->bundlePath()));
+        hosted.panel->restoreValuesAndReturnError(nullptr);
+        hosted.panel->willShow();
+        view->show();
+        views.append(view);
+    }
+
+    for (const auto &[key, value] : values) {
+        bool taken = false;
+        for (QWidget *view : views) {
+            PanelDriver driver(view);
+            if (!driver.hasKey(key))
+                continue;
+            if (const std::optional<QString> refused = driver.enter(key, value))
+                return fail(kValueRefused, QStringLiteral("%1: %2").arg(key, *refused));
+            taken = true;
+            break;
+        }
+        if (!taken)
+            return fail(kValueRefused, QStringLiteral("%1: no panel has a control for this key").arg(key));
+    }
+
+    if (command == u"state") {
+        for (QWidget *view : views)
+            writeOut(PanelDriver(view).stateJson());
+        return kSuccess;
+    }
+    if (command == u"screenshot") {
+        QImage image;
+        int width = 0;
+        int height = 0;
+        for (QWidget *view : views) {
+            view->adjustSize();
+            width = std::max(width, view->width());
+            height += view->height();
+        }
+        image = QImage(width, height, QImage::Format_ARGB32_Premultiplied);
+        image.fill(views.front()->palette().color(QPalette::Window));
+        int top = 0;
+        for (QWidget *view : views) {
+            view->render(&image, QPoint(0, top));
+            top += view->height();
+        }
+        if (!image.save(commandArguments.front()))
+            return fail(kCannotLoad, QStringLiteral("%1: cannot be written").arg(commandArguments.front()));
+        return kSuccess;
+    }
+
+    // record, summary, print: the save of every panel.
+    for (HostedPanel &hosted : host.panels()) {
+        if (!hosted.panel->saveValuesAndReturnError(nullptr))
+            return fail(kSaveRefused, QStringLiteral("%1 refused the save").arg(hosted.panel->panelName()));
+    }
+    OrderedStrings record;
+    for (const QString &key : session->printSettings()->keys())
+        record.append({key, pde::PrintSettings::optionText(*session->printSettings()->value(key))});
+
+    if (command == u"record" && !settingsFile.isEmpty()) {
+        QSaveFile file(settingsFile);
+        if (!file.open(QIODevice::WriteOnly) || file.write(formatStringObject(record)) < 0 || !file.commit())
+            return fail(kCannotLoad, QStringLiteral("%1: cannot be written: %2").arg(settingsFile, file.errorString()));
+    }
+
+    if (command == u"record") {
+        if (format == u"lp") {
+            QString line;
+            for (const auto &[key, value] : record)
+                line += (line.isEmpty() ? QString() : QStringLiteral(" ")) + QStringLiteral("-o ") + shellQuoted(key + u'=' + value);
+            writeOut((line + u'\n').toUtf8());
+        } else {
+            writeOut(formatStringObject(record));
+        }
+        return kSuccess;
+    }
+    if (command == u"summary") {
+        for (HostedPanel &hosted : host.panels()) {
+            const std::optional<pde::SummaryInfo> summary = hosted.panel->summaryInfo();
+            if (!summary)
+                continue;
+            for (const QString &title : summary->value(QString(pde::kSummaryDisplayOrderKey)).toStringList())
+                writeOut((title + QStringLiteral(": ") + summary->value(title).toString() + u'\n').toUtf8());
+        }
+        return kSuccess;
+    }
+
+    // print
+    const std::variant<int, QString> job =
+        submitJob(session->destination(), commandArguments, QFileInfo(commandArguments.front()).fileName(),
+                  *session->printSettings(), StandardOptions{});
+    if (const QString *problem = std::get_if<QString>(&job))
+        return fail(kCannotLoad, *problem);
+    writeOut(QStringLiteral("%1-%2\n").arg(session->destinationName()).arg(std::get<int>(job)).toUtf8());
+    return kSuccess;
+}

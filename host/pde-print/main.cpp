@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+// pde-print: print files through Qt's print dialog with the printer's
+// extension panels in it, to CUPS.
+#include "host/BundleLocator.h"
+#include "host/PanelHost.h"
+#include "host/PdePrintDialog.h"
+#include "host/PrinterSession.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QMessageBox>
+#include <QPrinter>
+
+#include <cstdio>
+
+namespace {
+
+const char *const kDescription = R"(Prints FILEs to a CUPS printer through Qt's print dialog, with one tab per
+print dialog extension that the printer's PPD calls for (*APDialogExtension)
+and a Summary tab. Print saves every panel; a panel that refuses (after its
+alert) keeps the dialog open on its tab. The panels' settings travel with the
+job as CUPS job options; "Save as printer defaults" also keeps them in the
+printer's saved options (lpoptions) for every later job.
+
+Bundles are found by file name in the folders of PDE_PLUGIN_PATH, then in
+@INSTALLED_BUNDLE_DIR@, unless --bundle names them.
+
+Exit status: 0 printed, 1 usage error or cancelled, 2 the printer, its PPD
+or the job could not be had.)";
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("pde-print"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QString::fromUtf8(kDescription).replace(
+        QStringLiteral("@INSTALLED_BUNDLE_DIR@"), QStringLiteral(PDE_INSTALLED_BUNDLE_DIR)));
+    parser.addHelpOption();
+    const QCommandLineOption printerOption(QStringLiteral("printer"), QStringLiteral("The CUPS printer to print to."), QStringLiteral("NAME"));
+    const QCommandLineOption ppdOption(QStringLiteral("ppd"), QStringLiteral("Describe the printer by this PPD file; the printer is chosen in the dialog."), QStringLiteral("FILE"));
+    const QCommandLineOption bundleOption(QStringLiteral("bundle"), QStringLiteral("Load this extension bundle (repeatable)."), QStringLiteral("PATH"));
+    parser.addOption(printerOption);
+    parser.addOption(ppdOption);
+    parser.addOption(bundleOption);
+    parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("The files to print."), QStringLiteral("FILE..."));
+    parser.process(app);
+
+    const QStringList files = parser.positionalArguments();
+    if (files.isEmpty() || parser.isSet(printerOption) == parser.isSet(ppdOption)) {
+        std::fputs("pde-print: give --printer NAME or --ppd FILE, and at least one file (see --help)\n", stderr);
+        return 1;
+    }
+
+    QString error;
+    std::unique_ptr<pdehost::PrinterSession> session =
+        parser.isSet(printerOption) ? pdehost::PrinterSession::fromDestination(parser.value(printerOption), {}, &error)
+                                    : pdehost::PrinterSession::fromPpdFile(parser.value(ppdOption), {}, &error);
+    if (!session) {
+        QMessageBox::critical(nullptr, QStringLiteral("pde-print"), error);
+        std::fprintf(stderr, "pde-print: %s\n", qUtf8Printable(error));
+        return 2;
+    }
+    const pdehost::LocatedBundles located = pdehost::locateBundles(
+        parser.values(bundleOption), pdehost::dialogExtensionsOf(session->ppdFile()), pdehost::bundleSearchDirectories());
+    pdehost::PanelHost host;
+    host.load(located.paths, session.get());
+    for (const QString &problem : located.problems + host.problems())
+        std::fprintf(stderr, "pde-print: %s\n", qUtf8Printable(problem));
+
+    QPrinter printer;
+    if (session->destination() != nullptr)
+        printer.setPrinterName(session->destinationName());
+    pdehost::PdePrintDialog dialog(&printer, session.get(), &host);
+    if (dialog.exec() != QDialog::Accepted)
+        return 1;
+    const std::variant<int, QString> job = dialog.printFiles(files);
+    if (const QString *problem = std::get_if<QString>(&job)) {
+        QMessageBox::critical(nullptr, QStringLiteral("pde-print"), *problem);
+        std::fprintf(stderr, "pde-print: %s\n", qUtf8Printable(*problem));
+        return 2;
+    }
+    std::printf("%d\n", std::get<int>(job));
+    return 0;
+}
