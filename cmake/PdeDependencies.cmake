@@ -10,8 +10,8 @@ function(pde_require found what package)
     endif()
 endfunction()
 
-find_package(Qt6 6.2 QUIET COMPONENTS Core Gui Widgets PrintSupport Test UiTools)
-pde_require(Qt6_FOUND "Qt 6 (Core, Gui, Widgets, PrintSupport, Test, UiTools)"
+find_package(Qt6 6.2 QUIET COMPONENTS Core Gui Network Widgets PrintSupport Test UiTools)
+pde_require(Qt6_FOUND "Qt 6 (Core, Gui, Network, Widgets, PrintSupport, Test, UiTools)"
     "qt6-base-dev qt6-tools-dev")
 
 find_package(Cups 2.2 QUIET)

@@ -127,6 +127,15 @@ void writeOut(const QByteArray &bytes)
     std::fflush(stdout);
 }
 
+// Standard error carries this host's own messages and the extensions' logs;
+// Qt's remarks about running without a display are not the user's concern.
+void filterMessages(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    const QByteArray category(context.category != nullptr ? context.category : "");
+    if (category.startsWith("pde.") || category.startsWith("com.") || type == QtFatalMsg)
+        err() << category << ": " << message << Qt::endl;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -134,6 +143,7 @@ int main(int argc, char **argv)
     // Panels are widgets; this host shows them to nobody.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(filterMessages);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pde-host"));
 

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+// A CUPS scheduler of the test's own: its configuration, spool and logs in a
+// temporary folder, listening on a free loopback port, with a queue whose
+// filter writes the job options it receives to a file. No system CUPS
+// setting is read or touched; the scheduler is stopped by its process id.
+#pragma once
+
+#include <QByteArray>
+#include <QProcess>
+#include <QString>
+#include <QTemporaryDir>
+
+#include <optional>
+
+namespace e2e {
+
+class PrivateCupsd
+{
+public:
+    PrivateCupsd();
+    ~PrivateCupsd();
+
+    // Why the scheduler is not running (not installed, did not start).
+    const QString &problem() const { return m_problem; }
+    bool running() const { return m_problem.isEmpty(); }
+
+    // "127.0.0.1:<port>", for CUPS_SERVER.
+    QString server() const;
+    // The folder that stands for the system's CUPS folder (lpoptions).
+    QString serverRoot() const { return m_dir.path(); }
+
+    // Adds a queue from `ppd` (the record filter added to it). False, with
+    // lpadmin's output in problem(), when it fails.
+    bool addQueue(const QString &name, const QString &ppd);
+
+    // The job options the filter saw for job `id`, as the filter's sixth
+    // argument, once it ran; nullopt after the timeout.
+    std::optional<QByteArray> optionsOfJob(int id, int timeoutMs = 30000) const;
+
+private:
+    bool write(const QString &relative, const QByteArray &content, bool executable = false);
+    bool start();
+
+    QTemporaryDir m_dir;
+    quint16 m_port = 0;
+    QProcess m_cupsd;
+    QString m_problem;
+};
+
+} // namespace e2e
