@@ -15,7 +15,8 @@
 
 namespace {
 
-const char *const kDescription = R"(Prints FILEs to a CUPS printer through Qt's print dialog, with one tab per
+const char *const kDescription = R"(Prints FILEs to a CUPS printer (the default printer unless --printer or
+--ppd says otherwise) through Qt's print dialog, with one tab per
 print dialog extension that the printer's PPD calls for (*APDialogExtension)
 and a Summary tab. Print saves every panel; a panel that refuses (after its
 alert) keeps the dialog open on its tab. The panels' settings travel with the
@@ -49,15 +50,27 @@ int main(int argc, char **argv)
     parser.process(app);
 
     const QStringList files = parser.positionalArguments();
-    if (files.isEmpty() || parser.isSet(printerOption) == parser.isSet(ppdOption)) {
-        std::fputs("pde-print: give --printer NAME or --ppd FILE, and at least one file (see --help)\n", stderr);
+    if (files.isEmpty() || (parser.isSet(printerOption) && parser.isSet(ppdOption))) {
+        std::fputs("pde-print: give at least one file, and at most one of --printer NAME and --ppd FILE (see --help)\n", stderr);
         return 1;
+    }
+    QString printerName = parser.value(printerOption);
+    if (printerName.isEmpty() && !parser.isSet(ppdOption)) {
+        cups_dest_t *dests = nullptr;
+        const int count = cupsGetDests2(CUPS_HTTP_DEFAULT, &dests);
+        if (const cups_dest_t *fallback = cupsGetDest(nullptr, nullptr, count, dests))
+            printerName = QString::fromUtf8(fallback->name);
+        cupsFreeDests(count, dests);
+        if (printerName.isEmpty()) {
+            std::fputs("pde-print: there is no default printer; name one with --printer NAME\n", stderr);
+            return 2;
+        }
     }
 
     QString error;
     std::unique_ptr<pdehost::PrinterSession> session =
-        parser.isSet(printerOption) ? pdehost::PrinterSession::fromDestination(parser.value(printerOption), {}, &error)
-                                    : pdehost::PrinterSession::fromPpdFile(parser.value(ppdOption), {}, &error);
+        parser.isSet(ppdOption) ? pdehost::PrinterSession::fromPpdFile(parser.value(ppdOption), {}, &error)
+                                : pdehost::PrinterSession::fromDestination(printerName, {}, &error);
     if (!session) {
         QMessageBox::critical(nullptr, QStringLiteral("pde-print"), error);
         std::fprintf(stderr, "pde-print: %s\n", qUtf8Printable(error));
