@@ -182,15 +182,8 @@ int main(int argc, char **argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("LANGUAGE", "ja");
     QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    RatioReporter reporter({
+    return runWithRatioReport(argc, argv, {
         {"BM_LocalizeAllControls_20Controls", "", 1e6},
         {"BM_LocalizeAllControls_20Controls", "BM_Baseline_SetTextsDirectly", 2.0},
     });
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.printRatios();
-    benchmark::Shutdown();
-    return 0;
 }

@@ -87,17 +87,10 @@ int main(int argc, char **argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    RatioReporter reporter({
+    return runWithRatioReport(argc, argv, {
         {"BM_InputStringChecker_Validate12", "BM_Baseline_RegularExpressionValidator", 0.2},
         {"BM_DerivedStateRecomputation", "", 50000.0},
     });
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.printRatios();
-    benchmark::Shutdown();
-    return 0;
 }
 
 #include "PanelBench.moc"

@@ -173,17 +173,10 @@ int main(int argc, char **argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("LANGUAGE", "ja_JP");
     QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    RatioReporter reporter({
+    return runWithRatioReport(argc, argv, {
         {"BM_LocalizedStringForKey_Cached", "", 1000.0},
         {"BM_NibLoad_20ControlsWithBindings", "BM_Baseline_QUiLoaderLoad", 1.5},
     });
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.printRatios();
-    benchmark::Shutdown();
-    return 0;
 }
 
 #include "PdekitBench.moc"

@@ -95,15 +95,8 @@ int main(int argc, char **argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    RatioReporter reporter({
+    return runWithRatioReport(argc, argv, {
         {"BM_OpenPanel", "BM_Baseline_QPrintDialogConstruction", 0.5},
         {"BM_SaveAndRestoreRecord", "", 100000.0},
     });
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.printRatios();
-    benchmark::Shutdown();
-    return 0;
 }

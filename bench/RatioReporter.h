@@ -74,3 +74,18 @@ private:
     std::map<std::string, double> m_times;
     std::map<std::string, double> m_medians;
 };
+
+// The body of every suite's main: runs the registered benchmarks with the
+// command line's filters, then prints the targets' ratios. Targets are
+// reported, not enforced: timings vary with the machine's load.
+inline int runWithRatioReport(int argc, char **argv, std::vector<RatioTarget> targets)
+{
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    RatioReporter reporter(std::move(targets));
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    reporter.printRatios();
+    benchmark::Shutdown();
+    return 0;
+}

@@ -113,10 +113,7 @@ BENCHMARK(BM_CreateDecryptedString_Password);
 
 int main(int argc, char **argv)
 {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    RatioReporter reporter({
+    return runWithRatioReport(argc, argv, {
         {"BM_CopyEncodedString_UserId", "BM_Baseline_UserId", 3.0},
         {"BM_CopyDecodedString_UserId", "BM_Baseline_UserId", 3.0},
         {"BM_CopyEncodedString_DocumentName", "BM_Baseline_DocumentName", 3.0},
@@ -124,8 +121,4 @@ int main(int argc, char **argv)
         {"BM_CreateEncryptedString_Password", "BM_Baseline_Password", 3.0},
         {"BM_CreateDecryptedString_Password", "BM_Baseline_Password", 3.0},
     });
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.printRatios();
-    benchmark::Shutdown();
-    return 0;
 }

@@ -139,6 +139,8 @@ Bundle *Bundle::open(const QString &path)
 
 Bundle *Bundle::withIdentifier(const QString &identifier)
 {
+    if (identifier.isEmpty())
+        return nullptr; // bundles without an identifier cannot be asked for
     for (const std::unique_ptr<Bundle> &bundle : registry().bundles) {
         if (bundle->identifier() == identifier)
             return bundle.get();

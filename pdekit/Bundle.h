@@ -41,7 +41,8 @@ public:
     // ends, so the pointer stays valid.
     static Bundle *open(const QString &path);
 
-    // The first opened bundle with this CFBundleIdentifier, or null.
+    // The first opened bundle with this CFBundleIdentifier; null when none
+    // has it, and for an empty identifier.
     static Bundle *withIdentifier(const QString &identifier);
 
     Bundle(const Bundle &) = delete;

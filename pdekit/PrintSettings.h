@@ -55,8 +55,10 @@ public:
     qsizetype size() const noexcept { return m_entries.size(); }
     bool isEmpty() const noexcept { return m_entries.isEmpty(); }
 
-    // The settings as CUPS options, one per key in order; strings as UTF-8,
-    // booleans as "true"/"false", numbers in decimal.
+    // The settings as CUPS options: strings as UTF-8, booleans as
+    // "true"/"false", numbers in decimal. CUPS keeps options sorted by name
+    // and compares names without case, so keys that differ only in case
+    // become one option, with the later value.
     CupsOptions toCupsOptions() const;
     // Settings from CUPS options, every value a string, none locked.
     static PrintSettings fromCupsOptions(int count, const cups_option_t *options);

@@ -3,6 +3,7 @@
 #include "platform/SystemVersion.h"
 
 #include "platform/SystemQueryCache.h"
+#include "text/LeadingInteger.h"
 
 #include <algorithm>
 #include <climits>
@@ -36,41 +37,11 @@ std::optional<std::string> kernelRelease()
     return release;
 }
 
-struct ParsedNumber {
-    long value = 0;
-    std::size_t end = 0; // index of the character that ended the number
-};
-
-bool isCSpace(char c) noexcept
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
 // strtol(text + from, &end, 10), saturating instead of overflowing; like
-// strtol, `end` stays at `from` when there is no number.
-ParsedNumber parseNumber(std::string_view text, std::size_t from) noexcept
+// strtol, the end stays at `from` when there is no number.
+LeadingInteger parseNumber(std::string_view text, std::size_t from) noexcept
 {
-    std::size_t i = from;
-    while (i < text.size() && isCSpace(text[i]))
-        ++i;
-    bool negative = false;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
-        negative = text[i] == '-';
-        ++i;
-    }
-    const std::size_t digits = i;
-    unsigned long magnitude = 0;
-    for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i) {
-        const unsigned long digit = static_cast<unsigned long>(text[i] - '0');
-        magnitude = magnitude > (static_cast<unsigned long>(LONG_MAX) + 1 - digit) / 10
-                        ? static_cast<unsigned long>(LONG_MAX) + 1
-                        : magnitude * 10 + digit;
-    }
-    if (i == digits)
-        return {0, from};
-    if (negative)
-        return {magnitude > static_cast<unsigned long>(LONG_MAX) ? LONG_MIN : -static_cast<long>(magnitude), i};
-    return {magnitude > static_cast<unsigned long>(LONG_MAX) ? LONG_MAX : static_cast<long>(magnitude), i};
+    return parseLeadingInteger(text, from, [](char c) { return isCSpace(codeOf(c)); });
 }
 
 std::uint32_t packedSystemVersion()
@@ -81,13 +52,13 @@ std::uint32_t packedSystemVersion()
 
     cached = 0x1000;
     if (const std::optional<std::string> release = kernelRelease()) {
-        const ParsedNumber major = parseNumber(*release, 0);
+        const LeadingInteger major = parseNumber(*release, 0);
         if (major.value > 0) {
             const auto shifted = static_cast<unsigned long long>(major.value) * 16 + 0xFC0;
             cached += static_cast<std::uint32_t>(shifted & 0xFF0);
         }
         if (major.end < release->size()) {
-            const ParsedNumber minor = parseNumber(*release, major.end + 1);
+            const LeadingInteger minor = parseNumber(*release, major.end + 1);
             if (minor.value > 0)
                 cached += static_cast<std::uint32_t>(minor.value & 15);
         }
@@ -128,7 +99,7 @@ std::uint32_t getOSMinorVersion() noexcept
     if (cached != kNotYetKnown)
         return cached;
     if (const std::optional<std::string> release = kernelRelease()) {
-        const ParsedNumber major = parseNumber(*release, 0);
+        const LeadingInteger major = parseNumber(*release, 0);
         if (major.value > 0)
             cached = static_cast<std::uint32_t>(major.value - 4);
     }

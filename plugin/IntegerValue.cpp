@@ -2,6 +2,8 @@
 // String-to-integer reading of stored numbers.
 #include "plugin/IntegerValue.h"
 
+#include "text/LeadingInteger.h"
+
 #include <QString>
 
 #include <algorithm>
@@ -31,21 +33,9 @@ int integerValueOf(const QVariant &value)
         return 0;
     }
 
+    // The platform's string reading: any white space, then as strtol.
     const QString text = value.toString();
-    qsizetype i = 0;
-    while (i < text.size() && text[i].isSpace())
-        ++i;
-    bool negative = false;
-    if (i < text.size() && (text[i] == u'+' || text[i] == u'-')) {
-        negative = text[i] == u'-';
-        ++i;
-    }
-    long long magnitude = 0;
-    for (; i < text.size() && text[i] >= u'0' && text[i] <= u'9'; ++i)
-        magnitude = std::min(magnitude * 10 + (text[i].unicode() - u'0'), static_cast<long long>(INT_MAX) + 1);
-    if (negative)
-        return static_cast<int>(-magnitude);
-    return static_cast<int>(std::min(magnitude, static_cast<long long>(INT_MAX)));
+    return saturatedInt(parseLeadingInteger(text, 0, [](QChar c) { return c.isSpace(); }).value);
 }
 
 QString oneHigher(int value)

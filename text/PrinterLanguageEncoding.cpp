@@ -2,6 +2,7 @@
 // Printer language encoding choice and the byte-escaped stored form.
 #include "text/PrinterLanguageEncoding.h"
 
+#include "text/LeadingInteger.h"
 #include "text/PpdAttribute.h"
 #include "text/StringConversion.h"
 
@@ -77,11 +78,6 @@ bool isSignificant(unsigned char byte) noexcept
     return kSignificant[byte];
 }
 
-bool isCSpace(unsigned char c) noexcept
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
 struct ParsedEntry {
     int value = 0;
     std::size_t end = 0; // where the number stopped
@@ -92,21 +88,9 @@ struct ParsedEntry {
 // atoi would overflow. A "/" stops it like any other non-digit.
 ParsedEntry parseEntry(std::span<const unsigned char> text, std::size_t from) noexcept
 {
-    std::size_t i = from;
-    while (i < text.size() && isCSpace(text[i]))
-        ++i;
-    bool negative = false;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
-        negative = text[i] == '-';
-        ++i;
-    }
-    constexpr long long kSaturated = static_cast<long long>(INT_MAX) + 1;
-    long long value = 0;
-    for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i)
-        value = std::min(value * 10 + (text[i] - '0'), kSaturated);
-    if (negative)
-        return {static_cast<int>(-value), i};
-    return {static_cast<int>(std::min<long long>(value, INT_MAX)), i};
+    const LeadingInteger number =
+        parseLeadingInteger(text, from, [](unsigned char c) { return isCSpace(codeOf(c)); });
+    return {saturatedInt(number.value), number.end};
 }
 
 // Length of the zero-terminated string at the start of `bytes`.

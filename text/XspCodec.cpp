@@ -3,15 +3,12 @@
 // index is checked against the buffer it touches, whatever the caller passes.
 #include "text/XspCodec.h"
 
+#include "text/LeadingInteger.h"
+
 #include <cstddef>
 
 namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN {
 namespace {
-
-bool isCSpace(unsigned char c) noexcept
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
 
 unsigned char sextet(unsigned char c) noexcept
 {

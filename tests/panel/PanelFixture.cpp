@@ -9,15 +9,6 @@
 
 namespace paneltest {
 
-Ppd openPpd(const char *name)
-{
-    const QByteArray path = QByteArray(PDE_TEST_DATA_DIR) + '/' + name;
-    Ppd ppd(ppdOpenFile(path.constData()));
-    if (ppd)
-        ppdMarkDefaults(ppd.get());
-    return ppd;
-}
-
 pde::Bundle *jobTypeBundle()
 {
     static pde::Bundle *bundle = [] {

@@ -4,6 +4,7 @@
 // checked-in fixture PPDs.
 #pragma once
 
+#include "FixturePpd.h"
 #include "panel/VmbController.h"
 #include "panel/VmbModel.h"
 #include "pdekit/Nib.h"
@@ -23,13 +24,8 @@ namespace paneltest {
 
 namespace jt = com_norvanta_qs_o_vellumark_pde_JobTypeQTRN;
 
-struct PpdClose {
-    void operator()(ppd_file_t *ppd) const { ppdClose(ppd); }
-};
-using Ppd = std::unique_ptr<ppd_file_t, PpdClose>;
-
-// Opens tests/data/<name> and marks its defaults, as a host does.
-Ppd openPpd(const char *name);
+using testsupport::openFixturePpd;
+using testsupport::Ppd;
 
 // The File's Owner of the panel's nib.
 class Owner : public QObject

@@ -34,7 +34,7 @@ TEST_P(PanelScreenshot, RendersWithRoomForEveryText)
     pde::setPreferredLanguages(QStringList{QString::fromLatin1(shot.language)});
     LoadedPanel panel;
     ASSERT_TRUE(panel.loaded());
-    const Ppd storage = openPpd("panel-storage-options.ppd");
+    const Ppd storage = openFixturePpd("panel-storage-options.ppd");
     panel.controller->setPPD(storage.get());
     panel.controller->localizeView();
     panel.controller->setPrintType(1);

@@ -21,7 +21,7 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(panel.loaded());
-        storage = openPpd("panel-storage-options.ppd");
+        storage = openFixturePpd("panel-storage-options.ppd");
         panel.controller->setPPD(storage.get());
         panel.controller->localizeView();
         panel.controller->setPrintType(1); // every field applies

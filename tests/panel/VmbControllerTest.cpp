@@ -59,7 +59,7 @@ TEST(VmbController, EnabledControlsAndCaptionColoursFollowEveryState)
         {"storage, public, entered name", true, 3, 1, {true, true, false, true, true}, {text(), text(), kGrey, text()}},
         {"storage, out of range type", true, 7, 2, {true, true, false, true, true}, {text(), text(), kGrey, text()}},
     };
-    const Ppd storage = openPpd("panel-storage-options.ppd");
+    const Ppd storage = openFixturePpd("panel-storage-options.ppd");
     ASSERT_TRUE(storage);
     for (const StateRow &row : rows) {
         LoadedPanel panel;
@@ -103,7 +103,7 @@ TEST(VmbController, StorageComesFromOption2ThenNVHardDisk)
         {"neither option", "panel-no-storage.ppd", nullptr, nullptr, false},
     };
     for (const StorageRow &row : rows) {
-        const Ppd ppd = openPpd(row.ppd);
+        const Ppd ppd = openFixturePpd(row.ppd);
         ASSERT_TRUE(ppd) << row.name;
         if (row.option2 != nullptr)
             ppdMarkOption(ppd.get(), "Option2", row.option2);
@@ -122,7 +122,7 @@ TEST(VmbController, StorageComesFromOption2ThenNVHardDisk)
 
 TEST(VmbController, ANullPPDKeepsTheEarlierOneAndItsCapability)
 {
-    const Ppd storage = openPpd("panel-storage-options.ppd");
+    const Ppd storage = openFixturePpd("panel-storage-options.ppd");
     LoadedPanel panel;
     ASSERT_TRUE(panel.loaded());
     panel.controller->setPPD(storage.get());
@@ -145,7 +145,7 @@ TEST(VmbController, PasswordIsProtectedInThePrinterLanguageOrUtf8WithoutPPD)
         {"PPD naming no encoding", "panel-no-storage.ppd", jt::StringEncoding::ShiftJIS_X0213},
     };
     for (const Row &row : rows) {
-        const Ppd ppd = row.ppd != nullptr ? openPpd(row.ppd) : Ppd();
+        const Ppd ppd = row.ppd != nullptr ? openFixturePpd(row.ppd) : Ppd();
         LoadedPanel panel;
         ASSERT_TRUE(panel.loaded());
         panel.controller->setPPD(ppd.get());

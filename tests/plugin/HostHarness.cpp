@@ -14,15 +14,6 @@
 
 namespace hosttest {
 
-Ppd openPpd(const char *name)
-{
-    const QByteArray path = QByteArray(PDE_TEST_DATA_DIR) + '/' + name;
-    Ppd ppd(ppdOpenFile(path.constData()));
-    if (ppd)
-        ppdMarkDefaults(ppd.get());
-    return ppd;
-}
-
 Recorder::Recorder()
 {
     m_previousAlerts = pde::setAlertHandler([this](const pde::Alert &alert) { alerts.append(alert); });

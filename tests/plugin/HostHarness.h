@@ -4,6 +4,7 @@
 // records alerts and help pages instead of showing them.
 #pragma once
 
+#include "FixturePpd.h"
 #include "pdekit/Alert.h"
 #include "pdekit/HelpViewer.h"
 #include "pdekit/PDEPluginInterface.h"
@@ -21,13 +22,8 @@ class QPluginLoader;
 
 namespace hosttest {
 
-struct PpdClose {
-    void operator()(ppd_file_t *ppd) const { ppdClose(ppd); }
-};
-using Ppd = std::unique_ptr<ppd_file_t, PpdClose>;
-
-// Opens tests/data/<name> and marks its defaults.
-Ppd openPpd(const char *name);
+using testsupport::openFixturePpd;
+using testsupport::Ppd;
 
 class Callback : public pde::PDEPluginCallback
 {

@@ -65,7 +65,7 @@ TEST(Panel, TitleComesFromTheModelTableThenTheDefaultTable)
     };
     for (const auto &row : rows) {
         pde::setPreferredLanguages(row.languages);
-        const Ppd ppd = row.ppd != nullptr ? openPpd(row.ppd) : Ppd();
+        const Ppd ppd = row.ppd != nullptr ? openFixturePpd(row.ppd) : Ppd();
         Callback callback;
         callback.ppd = ppd.get();
         const std::unique_ptr<pde::PDEPanel> panel = printPanel(factory, &callback);
@@ -90,7 +90,7 @@ TEST(Panel, ViewIsMadeOnceAndHelpIsThePanelsOwnOnceItExists)
 {
     Recorder recorder;
     pde::PDEPlugIn *factory = loadFactory();
-    const Ppd ppd = openPpd("plugin-allow-null-True.ppd");
+    const Ppd ppd = openFixturePpd("plugin-allow-null-True.ppd");
     Callback callback;
     callback.ppd = ppd.get();
     const std::unique_ptr<pde::PDEPanel> panel = printPanel(factory, &callback);
@@ -106,7 +106,7 @@ TEST(Panel, ViewIsMadeOnceAndHelpIsThePanelsOwnOnceItExists)
 TEST(Panel, ANibThePPDNamesButTheBundleLacksGivesNoViewAndIsTriedAgain)
 {
     pde::PDEPlugIn *factory = loadFactory();
-    const Ppd ppd = openPpd("plugin-missing-nib.ppd");
+    const Ppd ppd = openFixturePpd("plugin-missing-nib.ppd");
     Callback callback;
     callback.ppd = ppd.get();
     const std::unique_ptr<pde::PDEPanel> panel = printPanel(factory, &callback);
@@ -140,7 +140,7 @@ TEST(Bundles, TwoCopiesUnderOtherIdentifiersWorkSideBySide)
     ASSERT_NE(static_cast<void *>(first), static_cast<void *>(second));
 
     pde::setPreferredLanguages(QStringList{QStringLiteral("en")});
-    const Ppd ppd = openPpd("plugin-model-5.ppd");
+    const Ppd ppd = openFixturePpd("plugin-model-5.ppd");
     Callback firstCallback;
     Callback secondCallback;
     firstCallback.ppd = ppd.get();

@@ -66,7 +66,7 @@ TEST(Record, SavedInOrderForEveryTypeAndField)
     };
     pde::PDEPlugIn *factory = loadFactory();
     ASSERT_NE(factory, nullptr);
-    const Ppd ppd = openPpd("plugin-allow-null-True.ppd"); // storage, UTF-8
+    const Ppd ppd = openFixturePpd("plugin-allow-null-True.ppd"); // storage, UTF-8
     for (const SaveRow &row : rows) {
         Callback callback;
         callback.ppd = ppd.get();
@@ -119,7 +119,7 @@ TEST(Record, HostileEntriesRestoreByTheRulesAndAreWrittenBackUnchecked)
     };
     pde::PDEPlugIn *factory = loadFactory();
     ASSERT_NE(factory, nullptr);
-    const Ppd ppd = openPpd("plugin-allow-null-True.ppd");
+    const Ppd ppd = openFixturePpd("plugin-allow-null-True.ppd");
     for (const RestoreRow &row : rows) {
         Callback callback;
         callback.ppd = ppd.get();
@@ -139,7 +139,7 @@ TEST(Record, ARefusedSaveLeavesEveryEntryUntouched)
 {
     Recorder recorder;
     pde::PDEPlugIn *factory = loadFactory();
-    const Ppd ppd = openPpd("plugin-allow-null-True.ppd");
+    const Ppd ppd = openFixturePpd("plugin-allow-null-True.ppd");
     Callback callback;
     callback.ppd = ppd.get();
     const QStringList earlier{QStringLiteral("201"), QStringLiteral("4"), QStringLiteral("old"), QString(),
@@ -159,7 +159,7 @@ TEST(Record, ARefusedSaveLeavesEveryEntryUntouched)
 TEST(Record, AUserIdThePrinterCannotTakeLeavesTheEarlierEntry)
 {
     pde::PDEPlugIn *factory = loadFactory();
-    const Ppd ppd = openPpd("plugin-latin1.ppd");
+    const Ppd ppd = openFixturePpd("plugin-latin1.ppd");
     Callback callback;
     callback.ppd = ppd.get();
     callback.settings.setValue(recordKey("PrintType"), QStringLiteral("4"));
@@ -199,7 +199,7 @@ TEST(Record, WithoutAPPDTextsUseTheDefaultPrinterLanguageAndThePasswordUtf8)
 TEST(Record, RestoreShowsTheValuesInTheControls)
 {
     pde::PDEPlugIn *factory = loadFactory();
-    const Ppd ppd = openPpd("plugin-allow-null-True.ppd");
+    const Ppd ppd = openFixturePpd("plugin-allow-null-True.ppd");
     Callback callback;
     callback.ppd = ppd.get();
     callback.settings.setValue(recordKey("PrintType"), QStringLiteral("2"));

@@ -47,7 +47,7 @@ TEST(Validation, HeldJobsNeedAUserIdAndSecureOnesAPasswordWhereThePrinterSays)
     ASSERT_NE(factory, nullptr);
     for (const ValidationRow &row : rows) {
         Recorder recorder;
-        const Ppd ppd = openPpd(row.ppd);
+        const Ppd ppd = openFixturePpd(row.ppd);
         Callback callback;
         callback.ppd = ppd.get();
         callback.settings.setValue(recordKey("PrintType"), row.printType);
@@ -109,7 +109,7 @@ TEST(Summary, LinesInDisplayOrderWithThePasswordAsAsterisks)
          {QStringLiteral("Job Type: Public Print"), QStringLiteral("User ID: ab"), QStringLiteral("Document Name: Automatic")}},
     };
     pde::PDEPlugIn *factory = loadFactory();
-    const Ppd ppd = openPpd("plugin-allow-null-True.ppd");
+    const Ppd ppd = openFixturePpd("plugin-allow-null-True.ppd");
     for (const SummaryRow &row : rows) {
         Callback callback;
         callback.ppd = ppd.get();

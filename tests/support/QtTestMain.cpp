@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Test entry point: widgets need a QApplication (offscreen under CTest).
+// The entry point of every test executable that makes widgets: a
+// QApplication on the offscreen platform (unless one is chosen), then the
+// tests.
 #include <QApplication>
 
 #include <gtest/gtest.h>
