@@ -41,11 +41,18 @@ bool PrinterSession::openPpd(const QString &path, QString *error)
     return true;
 }
 
-void PrinterSession::applyOptions(int count, cups_option_t *options, bool seedSettings)
+void PrinterSession::applyOptions(const Options &options)
+{
+    pde::PrintSettings given;
+    for (const auto &[key, value] : options)
+        given.setValue(key, value);
+    const pde::CupsOptions cups = given.toCupsOptions();
+    applyOptions(cups.count(), cups.data());
+}
+
+void PrinterSession::applyOptions(int count, cups_option_t *options)
 {
     cupsMarkOptions(m_ppd.get(), count, options);
-    if (!seedSettings)
-        return;
     for (int i = 0; i < count; ++i) {
         if (!isPrinterAttribute(options[i].name))
             m_settings.setValue(QString::fromUtf8(options[i].name), QString::fromUtf8(options[i].value));
@@ -57,11 +64,7 @@ std::unique_ptr<PrinterSession> PrinterSession::fromPpdFile(const QString &path,
     std::unique_ptr<PrinterSession> session(new PrinterSession);
     if (!session->openPpd(path, error))
         return nullptr;
-    pde::PrintSettings given;
-    for (const auto &[key, value] : options)
-        given.setValue(key, value);
-    const pde::CupsOptions cups = given.toCupsOptions();
-    session->applyOptions(cups.count(), cups.data(), true);
+    session->applyOptions(options);
     return session;
 }
 
@@ -92,12 +95,8 @@ std::unique_ptr<PrinterSession> PrinterSession::fromDestination(const QString &n
     ::unlink(ppdPath);
     if (!opened)
         return nullptr;
-    session->applyOptions(session->m_destination->num_options, session->m_destination->options, true);
-    pde::PrintSettings given;
-    for (const auto &[key, value] : options)
-        given.setValue(key, value);
-    const pde::CupsOptions cups = given.toCupsOptions();
-    session->applyOptions(cups.count(), cups.data(), true);
+    session->applyOptions(session->m_destination->num_options, session->m_destination->options);
+    session->applyOptions(options);
     return session;
 }
 

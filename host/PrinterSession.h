@@ -70,7 +70,10 @@ private:
     };
     PrinterSession() = default;
     bool openPpd(const QString &path, QString *error);
-    void applyOptions(int count, cups_option_t *options, bool seedSettings);
+    // Marks the options in the PPD and adds the job options among them to
+    // the settings.
+    void applyOptions(int count, cups_option_t *options);
+    void applyOptions(const Options &options);
 
     std::unique_ptr<ppd_file_t, PpdClose> m_ppd;
     cups_dest_t *m_destination = nullptr;
