@@ -36,7 +36,7 @@ endif()
 #           (defines <NAME>_LIBRARY while it is built), installed;
 # TEST      a GoogleTest executable whose tests CTest discovers;
 # FUZZER    a libFuzzer target (fuzz preset only);
-# BENCHMARK a Google Benchmark executable;
+# BENCHMARK a Google Benchmark executable (smoke-run by CTest in test builds);
 # EXECUTABLE a plain program.
 function(pde_add_target name kind)
     cmake_parse_arguments(PARSE_ARGV 2 ARG "" "" "SOURCES;LIBRARIES")
@@ -77,6 +77,11 @@ function(pde_add_target name kind)
         target_link_options(${name} PRIVATE -fsanitize=fuzzer)
     elseif(kind STREQUAL "BENCHMARK")
         target_link_libraries(${name} PRIVATE benchmark::benchmark)
+        # In test builds each suite also runs once, briefly, so that it keeps working.
+        if(BUILD_TESTING)
+            add_test(NAME ${name}.smoke COMMAND ${name} --benchmark_min_time=0.001)
+            set_tests_properties(${name}.smoke PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+        endif()
     elseif(NOT kind MATCHES "^(SHARED_LIBRARY|LIBRARY|EXECUTABLE)$")
         message(FATAL_ERROR "pde_add_target: unknown kind '${kind}' for ${name}")
     endif()
