@@ -100,8 +100,10 @@ QVariant propertyListValue(void *node)
         int32_t seconds = 0;
         int32_t microseconds = 0;
         plist_get_date_val(plist, &seconds, &microseconds);
-        return QDateTime::fromMSecsSinceEpoch((kPropertyListEpoch + seconds) * 1000 + microseconds / 1000,
-                                              QTimeZone::utc());
+        // libplist truncates the seconds toward zero and gives the fraction
+        // without its sign, so before the epoch the fraction counts back.
+        const qint64 fraction = (seconds < 0 ? -1 : 1) * static_cast<qint64>(microseconds) / 1000;
+        return QDateTime::fromMSecsSinceEpoch((kPropertyListEpoch + seconds) * 1000 + fraction, QTimeZone::utc());
     }
     case PLIST_DATA: {
         uint64_t length = 0;
