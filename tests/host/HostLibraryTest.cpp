@@ -38,8 +38,9 @@ TEST(OrderedJson, ReadsObjectsOfStringsInOrderAndRefusesEverythingElse)
     for (const auto &row : rows) {
         QString error;
         EXPECT_EQ(pdehost::parseStringObject(row.json, &error), row.entries) << row.name << ": " << qPrintable(error);
-        if (!row.entries)
+        if (!row.entries) {
             EXPECT_TRUE(error.startsWith(QStringLiteral("at byte "))) << row.name;
+        }
     }
 }
 
