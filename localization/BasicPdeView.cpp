@@ -95,7 +95,9 @@ void BasicPdeView::localizeControl(QWidget *control)
         localizePopup(static_cast<QComboBox *>(control));
     } else if (isExactly<QLabel>(control)) {
         localizeTextField(control);
-    } else if (isExactly<QLineEdit>(control)) {
+    } else if (isExactly<QLineEdit>(control) && static_cast<QLineEdit *>(control)->echoMode() == QLineEdit::Normal) {
+        // A secret field stands for the secure kind of text field, which
+        // takes the last path like any subclass.
         if (static_cast<QLineEdit *>(control)->isReadOnly())
             localizeTextField(control);
     } else if (isExactly<QPushButton>(control) || isExactly<QCheckBox>(control)

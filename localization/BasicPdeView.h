@@ -56,7 +56,7 @@ public:
 
     // By exact class (a subclass takes the last path): QComboBox items;
     // QLabel, and QLineEdit when read-only, texts (an editable QLineEdit is
-    // left alone); QPushButton, QCheckBox, QRadioButton titles; QTableWidget
+    // left alone, and one that hides its text takes the last path); QPushButton, QCheckBox, QRadioButton titles; QTableWidget
     // column headers; QTabWidget tab labels and pages. Any other widget: its
     // "title" property when it has a writable one, then its child widgets.
     void localizeControl(QWidget *control);
