@@ -5,20 +5,14 @@
 #pragma once
 
 #include "FixturePpd.h"
+#include "panel/PanelClasses.h"
 #include "panel/VmbController.h"
 #include "panel/VmbModel.h"
+#include "pdekit/Bundle.h"
 #include "pdekit/Nib.h"
-#include "text/CupsPpd.h"
 
 #include <QObject>
-#include <QPointer>
 #include <QString>
-
-#include <memory>
-
-namespace pde {
-class Bundle;
-}
 
 namespace paneltest {
 
@@ -34,11 +28,20 @@ class Owner : public QObject
     Q_PROPERTY(com_norvanta_qs_o_vellumark_pde_JobTypeQTRN::VmbController *vmbController MEMBER vmbController)
 
 public:
-    com_norvanta_qs_o_vellumark_pde_JobTypeQTRN::VmbController *vmbController = nullptr;
+    jt::VmbController *vmbController = nullptr;
 };
 
-// The job-type bundle of the build tree, its panel classes registered.
-pde::Bundle *jobTypeBundle();
+// The job-type bundle of the build tree, its panel classes registered once.
+inline pde::Bundle *jobTypeBundle()
+{
+    static pde::Bundle *const bundle = [] {
+        pde::Bundle *opened = pde::Bundle::open(QStringLiteral(PDE_BUNDLE_DIR));
+        if (opened != nullptr)
+            jt::registerPanelClasses(opened->classes());
+        return opened;
+    }();
+    return bundle;
+}
 
 // One loaded panel: view, model and controller, owned here.
 struct LoadedPanel {
@@ -48,8 +51,17 @@ struct LoadedPanel {
     jt::VmbModel *model = nullptr;
     QWidget *view = nullptr;
 
-    // Loads the nib; `loaded` tells whether it worked.
-    LoadedPanel();
+    LoadedPanel()
+    {
+        pde::Bundle *bundle = jobTypeBundle();
+        if (bundle == nullptr || !pde::Nib::load(*bundle, QStringLiteral("SecurePrint"), &owner, &objects)
+            || owner.vmbController == nullptr)
+            return;
+        controller = owner.vmbController;
+        controller->setBundle(bundle);
+        model = controller->vmbModel();
+        view = controller->mainView();
+    }
     bool loaded() const { return controller != nullptr && model != nullptr && view != nullptr; }
 
     template <typename T>

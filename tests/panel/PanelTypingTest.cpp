@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Typing into the panel's real fields: the formatters refuse characters and
-// lengths the device cannot take, judge pastes whole, and always let the
-// user delete back into the rules.
+// The field formatters: typed into the panel's real fields, they refuse
+// characters and lengths the device cannot take, judge pastes whole, and
+// always let the user delete back into the rules; and the edges of their
+// code tables.
 #include "PanelFixture.h"
+
+#include "panel/InputStringChecker.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -28,12 +31,11 @@ protected:
         panel.view->show();
     }
 
-    QLineEdit *field(const char *name) { return panel.child<QLineEdit>(name); }
-
     // Key clicks as a keyboard sends them; characters beyond ASCII arrive as
     // key events that carry only their text, as an input method delivers them.
-    static void type(QLineEdit *edit, const QString &text)
+    QLineEdit *type(const char *name, const QString &text)
     {
+        QLineEdit *edit = panel.child<QLineEdit>(name);
         edit->setFocus();
         for (const QChar c : text) {
             if (c.unicode() >= 0x20 && c.unicode() < 0x7F)
@@ -41,43 +43,31 @@ protected:
             else
                 QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QString(c), Qt::NoModifier);
         }
+        return edit;
     }
 
     LoadedPanel panel;
     Ppd storage;
 };
 
-struct TypingRow {
-    const char *name;
-    const char *field;
-    QString typed;
-    QString shown;
-};
-
 TEST_F(PanelTyping, FieldsKeepOnlyWhatTheirFormatterAccepts)
 {
-    const TypingRow rows[] = {
-        {"user ID stops at 8", "userNameTextField", QStringLiteral("abcdefghij"), QStringLiteral("abcdefgh")},
-        {"user ID takes Latin-1 letters", "userNameTextField", QStringLiteral(u"\u00e9t\u00e9"), QStringLiteral(u"\u00e9t\u00e9")},
-        {"user ID drops the euro sign and kanji", "userNameTextField", QStringLiteral(u"a\u20ac\u7530b"), QStringLiteral("ab")},
-        {"password takes 12 digits only", "passwordTextField", QStringLiteral("12345678901234"), QStringLiteral("123456789012")},
-        {"password drops letters and spaces", "passwordTextField", QStringLiteral("1a 2"), QStringLiteral("12")},
-        {"document name stops at 12", "docNameTextField", QStringLiteral("Quarterly report"), QStringLiteral("Quarterly re")},
+    const struct { const char *field; QString typed, shown; } rows[] = {
+        // Latin-1 letters in, the euro sign and kanji out, 8 at most.
+        {"userNameTextField", QStringLiteral(u"\u00e9\u20ac\u7530bcdefghij"), QStringLiteral(u"\u00e9bcdefgh")},
+        // Digits only, 12 at most.
+        {"passwordTextField", QStringLiteral("1a 2345678901234"), QStringLiteral("123456789012")},
+        {"docNameTextField", QStringLiteral("Quarterly report"), QStringLiteral("Quarterly re")},
     };
-    for (const TypingRow &row : rows) {
-        QLineEdit *edit = field(row.field);
-        edit->clear();
-        type(edit, row.typed);
-        EXPECT_EQ(edit->text(), row.shown) << row.name;
-    }
-    EXPECT_EQ(panel.model->userName(), QVariant(QStringLiteral("ab")));
-    EXPECT_EQ(panel.model->password(), QVariant(QStringLiteral("12")));
+    for (const auto &row : rows)
+        EXPECT_EQ(type(row.field, row.typed)->text(), row.shown) << row.field;
+    EXPECT_EQ(panel.model->userName(), QVariant(QStringLiteral(u"\u00e9bcdefgh")));
+    EXPECT_EQ(panel.model->password(), QVariant(QStringLiteral("123456789012")));
 }
 
 TEST_F(PanelTyping, AnOverlongPasteIsRefusedWhole)
 {
-    QLineEdit *edit = field("userNameTextField");
-    type(edit, QStringLiteral("abc"));
+    QLineEdit *edit = type("userNameTextField", QStringLiteral("abc"));
     QGuiApplication::clipboard()->setText(QStringLiteral("defghi")); // 9 in all
     QTest::keyClick(edit, Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(edit->text(), QStringLiteral("abc"));
@@ -86,20 +76,10 @@ TEST_F(PanelTyping, AnOverlongPasteIsRefusedWhole)
     EXPECT_EQ(edit->text(), QStringLiteral("abcdefgh"));
 }
 
-TEST_F(PanelTyping, DeletingIsAlwaysAccepted)
-{
-    QLineEdit *edit = field("passwordTextField");
-    type(edit, QStringLiteral("1234"));
-    edit->selectAll();
-    QTest::keyClick(edit, Qt::Key_Backspace);
-    EXPECT_EQ(edit->text(), QString());
-    EXPECT_EQ(panel.model->password(), QVariant(QString()));
-}
-
-TEST_F(PanelTyping, ARestoredOverlongTextRefusesEditsThatKeepItOverlong)
+TEST_F(PanelTyping, ARestoredOverlongTextRefusesEditsUntilBackWithinTheRules)
 {
     panel.controller->setUserName(QStringLiteral("abcdefghij")); // 10, put there by a restore
-    QLineEdit *edit = field("userNameTextField");
+    QLineEdit *edit = panel.child<QLineEdit>("userNameTextField");
     ASSERT_EQ(edit->text(), QStringLiteral("abcdefghij"));
     edit->setFocus();
     edit->end(false);
@@ -109,6 +89,23 @@ TEST_F(PanelTyping, ARestoredOverlongTextRefusesEditsThatKeepItOverlong)
     QTest::keyClick(edit, Qt::Key_Backspace); // 7: within the rules again
     EXPECT_EQ(edit->text(), QStringLiteral("abcdefg"));
     EXPECT_EQ(panel.model->userName(), QVariant(QStringLiteral("abcdefg")));
+    // Deleting everything is always accepted.
+    edit->selectAll();
+    QTest::keyClick(edit, Qt::Key_Backspace);
+    EXPECT_EQ(panel.model->userName(), QVariant(QString()));
+}
+
+TEST(InputStringChecker, CodeTableEdges)
+{
+    constexpr char16_t kUpToTheLastCode[] = {0xFFF0, 0xFFFF, 0};
+    constexpr char16_t kEmptyList[] = {0};
+    jt::InputStringChecker upToTheLastCode;
+    jt::InputStringChecker emptyList;
+    upToTheLastCode.setAcceptableCodeRange(kUpToTheLastCode); // the table is built: the loop ends
+    emptyList.setAcceptableCodeRange(kEmptyList);
+    EXPECT_TRUE(upToTheLastCode.isPartialStringValid(QStringLiteral(u"\uffff\ufff0"), nullptr, nullptr));
+    EXPECT_FALSE(upToTheLastCode.isPartialStringValid(QStringLiteral(u"\uffef"), nullptr, nullptr));
+    EXPECT_FALSE(emptyList.isPartialStringValid(QStringLiteral("a"), nullptr, nullptr));
 }
 
 } // namespace

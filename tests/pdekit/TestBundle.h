@@ -1,46 +1,83 @@
 // SPDX-License-Identifier: MIT
-// Bundle directories made in a temporary folder, for tests of the platform
-// layer: Info.plist in XML or binary form, resources, strings tables.
+// Bundle folders made in a temporary folder, the preferred languages set for
+// one test, and readable Qt values in GoogleTest's failure messages.
 #pragma once
 
-#include <QByteArray>
-#include <QString>
-#include <QTemporaryDir>
-#include <QVariantMap>
+#include "pdekit/Bundle.h"
+#include "pdekit/PreferredLanguages.h"
 
-namespace pde {
-class Bundle;
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <ostream>
+
+inline void PrintTo(const QString &text, std::ostream *out)
+{
+    *out << '"' << text.toStdString() << '"';
+}
+
+inline void PrintTo(const QVariant &value, std::ostream *out)
+{
+    QString text;
+    QDebug(&text) << value;
+    *out << text.toStdString();
 }
 
 namespace testsupport {
 
-enum class PlistFormat { Xml, Binary };
-enum class TextEncoding { Utf8, Utf8WithBom, Utf16LE, Utf16BE };
-
-// The property list of a Qt value (maps, lists, strings, integers, reals,
-// booleans, byte arrays) in the given format.
-QByteArray propertyListData(const QVariant &value, PlistFormat format);
-
-// Text in the given encoding, with a byte-order mark for the UTF-16 forms.
-QByteArray encodeText(const QString &text, TextEncoding encoding);
+// The preferred languages are process-wide: each test sets its own and gives
+// the environment's back.
+struct LanguagesGuard {
+    explicit LanguagesGuard(const QStringList &languages) { pde::setPreferredLanguages(languages); }
+    ~LanguagesGuard() { pde::setPreferredLanguages(std::nullopt); }
+};
 
 class TestBundle
 {
 public:
-    // A bundle folder `name` (e.g. "Sample.plugin") in a new temporary folder.
-    explicit TestBundle(const QString &name = QStringLiteral("Sample.plugin"));
+    // A bundle folder `name` in a new temporary folder.
+    explicit TestBundle(const QString &name = QStringLiteral("Sample.plugin")) : m_path(m_dir.path() + u'/' + name)
+    {
+        QDir().mkpath(m_path + QStringLiteral("/Contents/Resources"));
+    }
 
-    // Writes Contents/Info.plist.
-    TestBundle &info(const QVariantMap &info, PlistFormat format = PlistFormat::Xml);
-    // Writes Contents/Resources/<relativePath>, making folders as needed.
-    TestBundle &resource(const QString &relativePath, const QByteArray &content);
-    // Writes Contents/Resources/<localization>.lproj/<table>.strings.
-    TestBundle &strings(const QString &localization, const QString &table, const QString &text,
-                        TextEncoding encoding = TextEncoding::Utf8);
+    // Writes Contents/<path>, making folders as needed.
+    TestBundle &file(const QString &path, const QByteArray &content)
+    {
+        QFile file(m_path + QStringLiteral("/Contents/") + path);
+        if (!QDir().mkpath(QFileInfo(file).absolutePath()) || !file.open(QIODevice::WriteOnly)
+            || file.write(content) != content.size())
+            std::abort(); // a test that cannot write its fixture cannot mean anything
+        return *this;
+    }
+    // Writes an XML Info.plist of string values.
+    TestBundle &info(const QVariantMap &info)
+    {
+        QString xml = QStringLiteral("<plist version=\"1.0\"><dict>");
+        for (auto it = info.cbegin(); it != info.cend(); ++it)
+            xml += QStringLiteral("<key>%1</key><string>%2</string>")
+                       .arg(it.key().toHtmlEscaped(), it.value().toString().toHtmlEscaped());
+        return file(QStringLiteral("Info.plist"), (xml + QStringLiteral("</dict></plist>")).toUtf8());
+    }
+    TestBundle &resource(const QString &path, const QByteArray &content)
+    {
+        return file(QStringLiteral("Resources/") + path, content);
+    }
+    // Writes Resources/<localization>.lproj/<table>.strings.
+    TestBundle &strings(const QString &localization, const QString &table, const QString &text)
+    {
+        return resource(localization + QStringLiteral(".lproj/") + table + QStringLiteral(".strings"), text.toUtf8());
+    }
 
     QString path() const { return m_path; }
     // Opens (and registers) the bundle.
-    pde::Bundle *open() const;
+    pde::Bundle *open() const { return pde::Bundle::open(m_path); }
 
 private:
     QTemporaryDir m_dir;

@@ -1,69 +1,167 @@
 // SPDX-License-Identifier: MIT
-// Plays the host for tests: loads the built bundle with QPluginLoader through
-// pde::Bundle, supplies a callback with a real PPD and print settings, and
-// records alerts and help pages instead of showing them.
+// Plays the host for tests: loads the built bundle, or a copy of it, with
+// QPluginLoader through pde::Bundle, supplies a callback with a real PPD and
+// print settings, records alerts and help pages instead of showing them, and
+// enters values in the panel's controls with the keyboard.
 #pragma once
 
 #include "FixturePpd.h"
 #include "pdekit/Alert.h"
+#include "pdekit/Bundle.h"
 #include "pdekit/HelpViewer.h"
 #include "pdekit/PDEPluginInterface.h"
 #include "pdekit/PrintSettings.h"
-#include "text/CupsPpd.h"
+#include "text/PasswordProtection.h"
 
-#include <QList>
-#include <QString>
-#include <QUrl>
+#include <QComboBox>
+#include <QDirIterator>
+#include <QFile>
+#include <QLineEdit>
+#include <QPluginLoader>
+#include <QTemporaryDir>
+#include <QTest>
 
+#include <cstdlib>
 #include <memory>
 #include <optional>
-
-class QPluginLoader;
+#include <vector>
 
 namespace hosttest {
 
+namespace jt = com_norvanta_qs_o_vellumark_pde_JobTypeQTRN;
+using namespace Qt::StringLiterals;
 using testsupport::openFixturePpd;
 using testsupport::Ppd;
 
-class Callback : public pde::PDEPluginCallback
-{
-public:
-    ppd_file_t *ppdFile() override { return ppd; }
+// The host's side of a panel: a fixture PPD (or none) and print settings.
+struct Callback : pde::PDEPluginCallback {
+    explicit Callback(const char *ppdFixture = nullptr) : ppd(ppdFixture ? openFixturePpd(ppdFixture) : Ppd()) {}
+    ppd_file_t *ppdFile() override { return ppd.get(); }
     pde::PrintSettings *printSettings() override { return hasSettings ? &settings : nullptr; }
 
-    ppd_file_t *ppd = nullptr;
+    Ppd ppd;
     pde::PrintSettings settings;
     bool hasSettings = true;
 };
 
-// Alerts and help pages, recorded while an instance lives.
-class Recorder
-{
-public:
-    Recorder();
-    ~Recorder();
-    QList<pde::Alert> alerts;
+// Alerts ("message|button|informative text") and help pages, recorded while
+// an instance lives.
+struct Recorder {
+    QStringList alerts;
     QList<QUrl> helpPages;
+    pde::AlertHandler previousAlerts = pde::setAlertHandler([this](const pde::Alert &alert) {
+        alerts.append(alert.messageText + u'|' + alert.defaultButtonTitle + u'|'
+                      + alert.informativeText.value_or(u"<none>"_s));
+    });
+    pde::HelpViewer::PageHandler previousPages = pde::HelpViewer::instance().setPageHandler(
+        [this](const QString &, const QUrl &page) { helpPages.append(page); });
 
-private:
-    pde::AlertHandler m_previousAlerts;
-    pde::HelpViewer::PageHandler m_previousPages;
+    Recorder() = default;
+    Q_DISABLE_COPY_MOVE(Recorder)
+    ~Recorder()
+    {
+        pde::setAlertHandler(std::move(previousAlerts));
+        pde::HelpViewer::instance().setPageHandler(std::move(previousPages));
+    }
+};
+
+// A copy of the built bundle in a temporary folder under another identifier,
+// as a second vendor's bundle would be.
+struct BundleCopy {
+    QTemporaryDir dir;
+    QString path = dir.path() + u"/JobTypeQTRN.plugin"_s;
+
+    explicit BundleCopy(const QString &identifier)
+    {
+        const QString source = QStringLiteral(PDE_BUNDLE_DIR);
+        QDirIterator files(source, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            QFile in(files.next());
+            if (!in.open(QIODevice::ReadOnly))
+                std::abort();
+            QByteArray content = in.readAll();
+            if (in.fileName().endsWith(u"/Contents/Info.plist"_s))
+                content.replace("com.norvanta.qs.o.vellumark.pde.JobTypeQTRN</string>", identifier.toUtf8() + "</string>");
+            write(in.fileName().mid(source.size()), content);
+        }
+    }
+
+    // Writes <path><relativePath>.
+    void write(const QString &relativePath, const QByteArray &content) const
+    {
+        QFile out(path + relativePath);
+        if (!QDir().mkpath(QFileInfo(out).absolutePath()) || !out.open(QIODevice::WriteOnly)
+            || out.write(content) != content.size())
+            std::abort();
+    }
 };
 
 // The factory of the bundle at `bundlePath` (the build tree's by default),
 // loaded and handed its bundle; null when it cannot be loaded.
-pde::PDEPlugIn *loadFactory(const QString &bundlePath = QStringLiteral(PDE_BUNDLE_DIR));
+inline pde::PDEPlugIn *loadFactory(const QString &bundlePath = QStringLiteral(PDE_BUNDLE_DIR))
+{
+    pde::Bundle *bundle = pde::Bundle::open(bundlePath);
+    if (bundle == nullptr || !bundle->executablePath())
+        return nullptr;
+    // Loaders stay with their plug-ins for the rest of the process, as a host
+    // keeps the bundles it loaded.
+    static std::vector<std::unique_ptr<QPluginLoader>> loaders;
+    QPluginLoader *loader = loaders.emplace_back(std::make_unique<QPluginLoader>(*bundle->executablePath())).get();
+    auto *factory = qobject_cast<pde::PDEPlugIn *>(loader->instance());
+    if (factory != nullptr)
+        factory->initWithBundle(bundle);
+    return factory;
+}
 
 // The one panel the factory makes for the Print dialog.
-std::unique_ptr<pde::PDEPanel> printPanel(pde::PDEPlugIn *factory, Callback *callback);
+inline std::unique_ptr<pde::PDEPanel> printPanel(pde::PDEPlugIn *factory, Callback *callback)
+{
+    std::optional<pde::PDEPanelList> panels =
+        factory != nullptr ? factory->PDEPanelsForType(pde::kPrintDialogTypeID, callback) : std::nullopt;
+    return panels && panels->size() == 1 ? std::move(panels->front()) : nullptr;
+}
 
 // The record's key for a suffix ("PrintType" ...).
-QString recordKey(const char *suffix);
+inline QString recordKey(const char *suffix)
+{
+    return u"com.norvanta.qs.o.print.printsettings."_s + QLatin1StringView(suffix);
+}
+
+// The record's entries in the order a save writes them.
+inline const char *const kRecordSuffixes[] = {"SecureVersion", "PrintType", "PrintTypeUserName",
+                                              "PrintTypePassword", "DocumentNameType", "DocumentName"};
+
+// The record's six values in order, joined by '|'.
+inline QString record(const pde::PrintSettings &settings)
+{
+    QStringList values;
+    for (const char *suffix : kRecordSuffixes)
+        values.append(settings.value(recordKey(suffix)).value_or(u"<absent>"_s).toString());
+    return values.join(u'|');
+}
+
+inline QString protectedUtf8(const QString &password)
+{
+    return jt::CreateEncryptedString(password, jt::StringEncoding::UTF8).value_or(QString());
+}
+
+// A new panel restored from the record's entries, given joined by '|' from
+// the print type on (the password clear: it is stored protected).
+inline std::unique_ptr<pde::PDEPanel> restoredPanel(Callback &callback, const QString &entries)
+{
+    const QStringList values = entries.split(u'|');
+    for (qsizetype i = 0; i < values.size(); ++i)
+        callback.settings.setValue(recordKey(kRecordSuffixes[i + 1]), i == 2 ? protectedUtf8(values[i]) : values[i]);
+    std::unique_ptr<pde::PDEPanel> panel = printPanel(loadFactory(), &callback);
+    if (panel != nullptr)
+        panel->restoreValuesAndReturnError(nullptr);
+    return panel;
+}
 
 // What a user enters in the panel's controls; a field left nullopt is not
 // touched.
 struct Entry {
-    std::optional<int> jobType;          // index in the job type pop-up
+    std::optional<int> jobType; // index in the job type pop-up
     std::optional<QString> userName;
     std::optional<QString> password;
     std::optional<int> documentNameType; // index in the document name pop-up
@@ -71,10 +169,36 @@ struct Entry {
 };
 
 // Enters the values with the keyboard, as a user would: pop-up items by
-// arrow keys, texts replacing what the field held.
-void enter(QWidget *view, const Entry &entry);
-
-// The text a field of the panel shows.
-QString fieldText(QWidget *view, const char *name);
+// arrow keys, texts replacing what the field held, as key events that carry
+// their text.
+inline void enter(QWidget *view, const Entry &entry)
+{
+    view->show();
+    const auto choose = [view](const char *name, int index) {
+        auto *popup = view->findChild<QComboBox *>(QString::fromLatin1(name));
+        popup->setFocus();
+        QTest::keyClick(popup, Qt::Key_Home);
+        for (int i = 0; i < index; ++i)
+            QTest::keyClick(popup, Qt::Key_Down);
+    };
+    const auto type = [view](const char *name, const QString &text) {
+        auto *field = view->findChild<QLineEdit *>(QString::fromLatin1(name));
+        field->setFocus();
+        field->selectAll();
+        QTest::keyClick(field, Qt::Key_Backspace);
+        for (const QChar c : text)
+            QTest::sendKeyEvent(QTest::Click, field, Qt::Key_unknown, QString(c), Qt::NoModifier);
+    };
+    if (entry.jobType)
+        choose("jobTypePopUp", *entry.jobType);
+    if (entry.userName)
+        type("userNameTextField", *entry.userName);
+    if (entry.password)
+        type("passwordTextField", *entry.password);
+    if (entry.documentNameType)
+        choose("documentNameTypePopUp", *entry.documentNameType);
+    if (entry.documentName)
+        type("docNameTextField", *entry.documentName);
+}
 
 } // namespace hosttest

@@ -2,7 +2,6 @@
 // The factory and the panel's life as the host drives it: kinds of dialog,
 // title and kind, the view made once, help, and two copies of the bundle in
 // one process.
-#include "BundleCopy.h"
 #include "HostHarness.h"
 
 #include "pdekit/Bundle.h"
@@ -16,100 +15,54 @@ namespace {
 
 using namespace hosttest;
 
-const QString kIdentifier = QStringLiteral("com.norvanta.qs.o.vellumark.pde.JobTypeQTRN");
-
-TEST(Factory, MakesOnePanelForThePrintDialogAndNoneForOtherDialogs)
+TEST(Factory, MakesOnePanelForThePrintDialogAndAnEmptyListForOtherDialogs)
 {
     pde::PDEPlugIn *factory = loadFactory();
     ASSERT_NE(factory, nullptr);
     Callback callback;
-    const struct {
-        QString type;
-        std::size_t panels;
-    } rows[] = {
-        {QString(pde::kPrintDialogTypeID), 1},
-        {QString(pde::kPageSetupDialogTypeID), 0},
-        {QString(pde::kPrintDialogTypeID).toLower(), 0},
-        {QString(), 0},
-    };
-    for (const auto &row : rows) {
-        const std::optional<pde::PDEPanelList> panels = factory->PDEPanelsForType(row.type, &callback);
-        ASSERT_TRUE(panels.has_value()) << qPrintable(row.type) << ": an empty list, not none";
-        EXPECT_EQ(panels->size(), row.panels) << qPrintable(row.type);
+    const std::pair<QString, std::size_t> rows[] = {{QString(pde::kPrintDialogTypeID), 1},
+                                                    {QString(pde::kPageSetupDialogTypeID), 0},
+                                                    {QString(pde::kPrintDialogTypeID).toLower(), 0}};
+    for (const auto &[type, count] : rows) {
+        const std::optional<pde::PDEPanelList> panels = factory->PDEPanelsForType(type, &callback);
+        ASSERT_TRUE(panels.has_value()) << qPrintable(type) << ": an empty list, not none";
+        EXPECT_EQ(panels->size(), count) << qPrintable(type);
     }
 }
 
-TEST(Factory, KeepsTheFirstBundleItIsGiven)
+TEST(Panel, TitleComesFromTheModelTable)
 {
-    pde::PDEPlugIn *factory = loadFactory();
-    BundleCopy other(QStringLiteral("org.example.other"));
-    EXPECT_TRUE(factory->initWithBundle(pde::Bundle::open(other.path())));
-    Callback callback;
-    EXPECT_EQ(printPanel(factory, &callback)->panelKind(), kIdentifier);
-}
-
-TEST(Panel, TitleComesFromTheModelTableThenTheDefaultTable)
-{
-    pde::PDEPlugIn *factory = loadFactory();
-    const struct {
-        const char *name;
-        const char *ppd;
-        std::optional<QStringList> languages;
-        QString title;
-    } rows[] = {
-        {"no PPD", nullptr, QStringList{QStringLiteral("en")}, QStringLiteral("Job Type")},
-        {"table 2", "plugin-model-2.ppd", QStringList{QStringLiteral("en")}, QStringLiteral("Job Type (Storage Kit)")},
-        {"table 2 in Japanese", "plugin-model-2.ppd", QStringList{QStringLiteral("ja_JP")},
-         QStringLiteral("ジョブタイプ（ストレージキット）")},
-        {"table 5 that the bundle lacks", "plugin-model-5.ppd", QStringList{QStringLiteral("en")}, QStringLiteral("Job Type")},
+    const struct { const char *ppd, *language; QString title; } rows[] = {
+        {nullptr, "en", u"Job Type"_s},
+        {"plugin-model-2.ppd", "en", u"Job Type (Storage Kit)"_s},
+        {"plugin-model-2.ppd", "ja_JP", u"ジョブタイプ（ストレージキット）"_s},
     };
     for (const auto &row : rows) {
-        pde::setPreferredLanguages(row.languages);
-        const Ppd ppd = row.ppd != nullptr ? openFixturePpd(row.ppd) : Ppd();
-        Callback callback;
-        callback.ppd = ppd.get();
-        const std::unique_ptr<pde::PDEPanel> panel = printPanel(factory, &callback);
-        EXPECT_EQ(panel->panelName(), row.title) << row.name;
-        EXPECT_EQ(panel->panelKind(), kIdentifier) << row.name;
+        pde::setPreferredLanguages(QStringList{QString::fromLatin1(row.language)});
+        Callback callback(row.ppd);
+        EXPECT_EQ(printPanel(loadFactory(), &callback)->panelName(), row.title) << row.ppd << " " << row.language;
     }
     pde::setPreferredLanguages(std::nullopt);
-}
-
-TEST(Panel, BaseAnswersTheOperationsItDoesNotTakeOver)
-{
-    pde::PDEPlugIn *factory = loadFactory();
-    Callback callback;
-    const std::unique_ptr<pde::PDEPanel> panel = printPanel(factory, &callback);
-    EXPECT_EQ(panel->supportedPPDOptionKeys(), std::nullopt);
-    EXPECT_TRUE(panel->shouldHide());
-    EXPECT_TRUE(panel->shouldPrint());
-    panel->PPDOptionKeyValueDidChange(QStringLiteral("PageSize"), QStringLiteral("A4"));
 }
 
 TEST(Panel, ViewIsMadeOnceAndHelpIsThePanelsOwnOnceItExists)
 {
     Recorder recorder;
-    pde::PDEPlugIn *factory = loadFactory();
-    const Ppd ppd = openFixturePpd("plugin-allow-null-True.ppd");
-    Callback callback;
-    callback.ppd = ppd.get();
-    const std::unique_ptr<pde::PDEPanel> panel = printPanel(factory, &callback);
+    Callback callback("plugin-allow-null-True.ppd");
+    const std::unique_ptr<pde::PDEPanel> panel = printPanel(loadFactory(), &callback);
     EXPECT_TRUE(panel->shouldShowHelp()) << "no view yet: the host shows its own help";
     QWidget *view = panel->panelView();
     ASSERT_NE(view, nullptr);
     EXPECT_EQ(panel->panelView(), view);
     EXPECT_FALSE(panel->shouldShowHelp());
     ASSERT_EQ(recorder.helpPages.size(), 1);
-    EXPECT_TRUE(recorder.helpPages.front().path().endsWith(QStringLiteral("/Help/SecureJobType.html")));
+    EXPECT_TRUE(recorder.helpPages.front().path().endsWith(u"/Help/SecureJobType.html"_s));
 }
 
 TEST(Panel, ANibThePPDNamesButTheBundleLacksGivesNoViewAndIsTriedAgain)
 {
-    pde::PDEPlugIn *factory = loadFactory();
-    const Ppd ppd = openFixturePpd("plugin-missing-nib.ppd");
-    Callback callback;
-    callback.ppd = ppd.get();
-    const std::unique_ptr<pde::PDEPanel> panel = printPanel(factory, &callback);
+    Callback callback("plugin-missing-nib.ppd");
+    const std::unique_ptr<pde::PDEPanel> panel = printPanel(loadFactory(), &callback);
     EXPECT_EQ(panel->panelView(), nullptr);
     EXPECT_EQ(panel->panelView(), nullptr);
     EXPECT_TRUE(panel->shouldShowHelp());
@@ -118,9 +71,8 @@ TEST(Panel, ANibThePPDNamesButTheBundleLacksGivesNoViewAndIsTriedAgain)
 
 TEST(Panel, AHostMayKeepTheViewInItsDialogWhenItLetsThePanelGo)
 {
-    pde::PDEPlugIn *factory = loadFactory();
     Callback callback;
-    std::unique_ptr<pde::PDEPanel> panel = printPanel(factory, &callback);
+    std::unique_ptr<pde::PDEPanel> panel = printPanel(loadFactory(), &callback);
     QWidget dialog;
     QWidget *view = panel->panelView();
     ASSERT_NE(view, nullptr);
@@ -129,37 +81,32 @@ TEST(Panel, AHostMayKeepTheViewInItsDialogWhenItLetsThePanelGo)
     EXPECT_TRUE(dialog.findChildren<QWidget *>().isEmpty());
 }
 
-TEST(Bundles, TwoCopiesUnderOtherIdentifiersWorkSideBySide)
+TEST(Bundles, TwoCopiesUnderOtherIdentifiersWorkSideBySideAndAFactoryKeepsItsFirstBundle)
 {
-    BundleCopy copy(QStringLiteral("org.example.second.JobType"));
-    copy.addResource(QStringLiteral("en.lproj/Localizable5.strings"), "\"Custom PDE Title\" = \"Job Type Five\";\n");
+    const BundleCopy copy(u"org.example.second.JobType"_s);
+    copy.write(u"/Contents/Resources/en.lproj/Localizable5.strings"_s, "\"Custom PDE Title\" = \"Job Type Five\";\n");
     pde::PDEPlugIn *first = loadFactory();
-    pde::PDEPlugIn *second = loadFactory(copy.path());
+    pde::PDEPlugIn *second = loadFactory(copy.path);
     ASSERT_NE(first, nullptr);
     ASSERT_NE(second, nullptr);
     ASSERT_NE(static_cast<void *>(first), static_cast<void *>(second));
+    EXPECT_TRUE(first->initWithBundle(pde::Bundle::open(copy.path))); // ignored: it has one
 
-    pde::setPreferredLanguages(QStringList{QStringLiteral("en")});
-    const Ppd ppd = openFixturePpd("plugin-model-5.ppd");
-    Callback firstCallback;
-    Callback secondCallback;
-    firstCallback.ppd = ppd.get();
-    secondCallback.ppd = ppd.get();
-    const std::unique_ptr<pde::PDEPanel> firstPanel = printPanel(first, &firstCallback);
-    const std::unique_ptr<pde::PDEPanel> secondPanel = printPanel(second, &secondCallback);
-    EXPECT_EQ(firstPanel->panelName(), QStringLiteral("Job Type"));
-    EXPECT_EQ(secondPanel->panelName(), QStringLiteral("Job Type Five"));
-    EXPECT_EQ(secondPanel->panelKind(), QStringLiteral("org.example.second.JobType"));
+    Callback callbacks[] = {Callback("plugin-model-5.ppd"), Callback("plugin-model-5.ppd")};
+    const std::unique_ptr<pde::PDEPanel> panels[] = {printPanel(first, &callbacks[0]), printPanel(second, &callbacks[1])};
+    EXPECT_EQ(panels[0]->panelKind(), u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN"_s);
+    EXPECT_EQ(panels[1]->panelKind(), u"org.example.second.JobType"_s);
+    pde::setPreferredLanguages(QStringList{u"en"_s});
+    EXPECT_EQ(panels[0]->panelName(), u"Job Type"_s);
+    EXPECT_EQ(panels[1]->panelName(), u"Job Type Five"_s) << "from table 5, which only the second copy has";
     pde::setPreferredLanguages(std::nullopt);
-
-    for (const auto &[panel, callback] : {std::pair{firstPanel.get(), &firstCallback}, std::pair{secondPanel.get(), &secondCallback}}) {
-        QWidget *view = panel->panelView();
+    for (int i = 0; i < 2; ++i) {
+        QWidget *view = panels[i]->panelView();
         ASSERT_NE(view, nullptr);
-        panel->restoreValuesAndReturnError(nullptr);
-        enter(view, {3, QStringLiteral("taro"), std::nullopt, std::nullopt, std::nullopt});
-        ASSERT_TRUE(panel->saveValuesAndReturnError(nullptr));
-        EXPECT_EQ(callback->settings.value(recordKey("PrintType")), QVariant(QStringLiteral("4")));
-        EXPECT_EQ(callback->settings.value(recordKey("PrintTypeUserName")), QVariant(QStringLiteral("taro")));
+        panels[i]->restoreValuesAndReturnError(nullptr);
+        enter(view, {3, u"taro"_s, {}, {}, {}});
+        ASSERT_TRUE(panels[i]->saveValuesAndReturnError(nullptr));
+        EXPECT_EQ(record(callbacks[i].settings), u"201|4|taro||2|"_s);
     }
 }
 

@@ -3,128 +3,74 @@
 // for values restored from the job's print settings.
 #include "HostHarness.h"
 
-#include "text/PasswordProtection.h"
-
 #include <gtest/gtest.h>
 
 namespace {
 
 using namespace hosttest;
-namespace jt = com_norvanta_qs_o_vellumark_pde_JobTypeQTRN;
 
-const QString kUserNameMessage =
-    QStringLiteral("Enter a user ID. The printer holds the job under it until you release it there.");
+const QString kUserNameMessage = u"Enter a user ID. The printer holds the job under it until you release it there."_s;
 const QString kPasswordMessage =
-    QStringLiteral("Enter a password (digits only). You will type it at the printer to release a secure job.");
-
-struct ValidationRow {
-    const char *name;
-    const char *ppd;
-    QString printType; // as stored, one higher than the panel's
-    QString userName;
-    QString password;  // clear; stored protected
-    std::optional<QString> alert;
-};
+    u"Enter a password (digits only). You will type it at the printer to release a secure job."_s;
 
 TEST(Validation, HeldJobsNeedAUserIdAndSecureOnesAPasswordWhereThePrinterSays)
 {
-    const ValidationRow rows[] = {
-        {"none needs nothing", "plugin-allow-null-False.ppd", QStringLiteral("1"), QString(), QString(), std::nullopt},
-        {"sample with a blank user ID", "plugin-allow-null-False.ppd", QStringLiteral("3"), QStringLiteral("  \t"), QString(), kUserNameMessage},
-        {"public without password", "plugin-allow-null-False.ppd", QStringLiteral("4"), QStringLiteral("x"), QString(), std::nullopt},
-        {"secure without password where required", "plugin-allow-null-False.ppd", QStringLiteral("2"), QStringLiteral("ab"), QString(), kPasswordMessage},
-        {"secure without either: the user ID first", "plugin-allow-null-False.ppd", QStringLiteral("2"), QString(), QString(), kUserNameMessage},
-        {"second secure kind, empty password allowed", "plugin-allow-null-True.ppd", QStringLiteral("5"), QStringLiteral("x"), QString(), std::nullopt},
-        {"second secure kind, password required", "plugin-allow-null-lowercase-true.ppd", QStringLiteral("5"), QStringLiteral("x"), QString(), kPasswordMessage},
-        {"empty attribute value requires one", "plugin-allow-null-empty.ppd", QStringLiteral("2"), QStringLiteral("x"), QString(), kPasswordMessage},
-        {"no attribute allows an empty one", "plugin-latin1.ppd", QStringLiteral("2"), QStringLiteral("x"), QString(), std::nullopt},
-        {"secure with password", "plugin-allow-null-False.ppd", QStringLiteral("2"), QStringLiteral("x"), QStringLiteral("1234"), std::nullopt},
-        {"leading blanks before a letter", "plugin-allow-null-False.ppd", QStringLiteral("3"), QStringLiteral(" \tz"), QString(), std::nullopt},
-        {"other white space is not blank", "plugin-allow-null-False.ppd", QStringLiteral("3"), QStringLiteral(u"\u00a0"), QString(), std::nullopt},
-        {"out of range type needs a user ID", "plugin-allow-null-False.ppd", QStringLiteral("9"), QString(), QString(), kUserNameMessage},
+    const struct {
+        const char *name;
+        const char *ppd;
+        QString entries;
+        std::optional<QString> alert;
+    } rows[] = {
+        {"none needs nothing", "plugin-allow-null-False.ppd", u"1||"_s, {}},
+        {"blank is spaces and tabs only", "plugin-allow-null-False.ppd", u"3|  \t|"_s, kUserNameMessage},
+        {"other white space is not blank", "plugin-allow-null-False.ppd", u"3| \t\u00a0|"_s, {}},
+        {"False requires a password", "plugin-allow-null-False.ppd", u"2|ab|"_s, kPasswordMessage},
+        {"a password given passes", "plugin-allow-null-False.ppd", u"2|ab|1234"_s, {}},
+        {"both failing: only the user ID alert", "plugin-allow-null-False.ppd", u"2||"_s, kUserNameMessage},
+        {"second secure kind, True allows none", "plugin-allow-null-True.ppd", u"5|x|"_s, {}},
+        {"second secure kind, true requires one", "plugin-allow-null-lowercase-true.ppd", u"5|x|"_s, kPasswordMessage},
+        {"an empty value requires one", "plugin-allow-null-empty.ppd", u"2|x|"_s, kPasswordMessage},
+        {"no attribute allows none", "plugin-latin1.ppd", u"2|x|"_s, {}},
     };
-    pde::PDEPlugIn *factory = loadFactory();
-    ASSERT_NE(factory, nullptr);
-    for (const ValidationRow &row : rows) {
+    for (const auto &row : rows) {
         Recorder recorder;
-        const Ppd ppd = openFixturePpd(row.ppd);
-        Callback callback;
-        callback.ppd = ppd.get();
-        callback.settings.setValue(recordKey("PrintType"), row.printType);
-        callback.settings.setValue(recordKey("PrintTypeUserName"), row.userName);
-        callback.settings.setValue(recordKey("PrintTypePassword"),
-                                   jt::CreateEncryptedString(row.password, jt::StringEncoding::UTF8).value_or(QString()));
-        const std::unique_ptr<pde::PDEPanel> panel = printPanel(factory, &callback);
-        panel->restoreValuesAndReturnError(nullptr);
-        const bool saved = panel->saveValuesAndReturnError(nullptr);
-        EXPECT_EQ(saved, !row.alert.has_value()) << row.name;
-        if (row.alert) {
-            ASSERT_EQ(recorder.alerts.size(), 1) << row.name;
-            EXPECT_EQ(recorder.alerts.front().messageText, *row.alert) << row.name;
-            EXPECT_EQ(recorder.alerts.front().defaultButtonTitle, QStringLiteral("OK")) << row.name;
-            EXPECT_EQ(recorder.alerts.front().informativeText, QString()) << row.name;
-        } else {
-            EXPECT_TRUE(recorder.alerts.isEmpty()) << row.name;
-        }
+        Callback callback(row.ppd);
+        const std::unique_ptr<pde::PDEPanel> panel = restoredPanel(callback, row.entries);
+        ASSERT_NE(panel, nullptr);
+        EXPECT_EQ(panel->saveValuesAndReturnError(nullptr), !row.alert) << row.name;
+        EXPECT_EQ(recorder.alerts, row.alert ? QStringList{*row.alert + u"|OK|"_s} : QStringList()) << row.name;
     }
-}
-
-struct SummaryRow {
-    const char *name;
-    QString printType;
-    QString userName;
-    QString password;
-    QString documentNameType;
-    QString documentName;
-    QStringList lines; // "Title: value" in display order
-};
-
-QStringList linesOf(const pde::SummaryInfo &summary)
-{
-    QStringList lines;
-    for (const QString &title : summary.value(QString(pde::kSummaryDisplayOrderKey)).toStringList())
-        lines.append(title + QStringLiteral(": ") + summary.value(title).toString());
-    return lines;
 }
 
 TEST(Summary, LinesInDisplayOrderWithThePasswordAsAsterisks)
 {
-    const SummaryRow rows[] = {
-        {"none", QStringLiteral("1"), QStringLiteral("ab"), QStringLiteral("12"), QStringLiteral("2"), QStringLiteral("x"),
-         {QStringLiteral("Job Type: None")}},
-        {"secure with everything", QStringLiteral("2"), QStringLiteral("ab"), QStringLiteral("123456"), QStringLiteral("2"), QStringLiteral("report"),
-         {QStringLiteral("Job Type: Secure Print"), QStringLiteral("User ID: ab"), QStringLiteral("Password: ******"),
-          QStringLiteral("Document Name: Enter a Name"), QStringLiteral("Entered Name: report")}},
-        {"sample shows no password", QStringLiteral("3"), QStringLiteral("ab"), QStringLiteral("12"), QStringLiteral("2"), QString(),
-         {QStringLiteral("Job Type: Sample Print"), QStringLiteral("User ID: ab"), QStringLiteral("Document Name: Enter a Name")}},
-        {"second secure kind", QStringLiteral("5"), QStringLiteral("ab"), QStringLiteral("1"), QStringLiteral("1"), QStringLiteral("memo"),
-         {QStringLiteral("Job Type: Secure Print"), QStringLiteral("User ID: ab"), QStringLiteral("Password: *"),
-          QStringLiteral("Document Name: Automatic")}},
-        {"public without user ID", QStringLiteral("4"), QString(), QString(), QStringLiteral("2"), QString(),
-         {QStringLiteral("Job Type: Public Print"), QStringLiteral("Document Name: Enter a Name")}},
-        {"out of range type", QStringLiteral("8"), QStringLiteral("ab"), QStringLiteral("12"), QStringLiteral("2"), QStringLiteral("r"),
-         {QStringLiteral("Job Type: None"), QStringLiteral("User ID: ab"), QStringLiteral("Document Name: Enter a Name"),
-          QStringLiteral("Entered Name: r")}},
-        {"name type 3 counts as automatic", QStringLiteral("4"), QStringLiteral("ab"), QString(), QStringLiteral("4"), QStringLiteral("r"),
-         {QStringLiteral("Job Type: Public Print"), QStringLiteral("User ID: ab"), QStringLiteral("Document Name: Automatic")}},
+    const struct {
+        const char *name;
+        QString entries;
+        QString lines; // "Title: value" in display order, joined by '|'
+    } rows[] = {
+        {"none shows only the type", u"1|ab|12|2|x"_s, u"Job Type: None"_s},
+        {"secure with everything", u"2|ab|123456|2|report"_s,
+         u"Job Type: Secure Print|User ID: ab|Password: ******|Document Name: Enter a Name|Entered Name: report"_s},
+        {"second secure kind, automatic name", u"5|ab|1|1|memo"_s,
+         u"Job Type: Secure Print|User ID: ab|Password: *|Document Name: Automatic"_s},
+        {"sample: no password, no empty texts", u"3||12|2|"_s, u"Job Type: Sample Print|Document Name: Enter a Name"_s},
+        {"out of range type", u"8|ab|12|2|r"_s, u"Job Type: None|User ID: ab|Document Name: Enter a Name|Entered Name: r"_s},
+        {"public, name type 3 counts as automatic", u"4|ab||4|r"_s,
+         u"Job Type: Public Print|User ID: ab|Document Name: Automatic"_s},
     };
-    pde::PDEPlugIn *factory = loadFactory();
-    const Ppd ppd = openFixturePpd("plugin-allow-null-True.ppd");
-    for (const SummaryRow &row : rows) {
-        Callback callback;
-        callback.ppd = ppd.get();
-        callback.settings.setValue(recordKey("PrintType"), row.printType);
-        callback.settings.setValue(recordKey("PrintTypeUserName"), row.userName);
-        callback.settings.setValue(recordKey("PrintTypePassword"),
-                                   jt::CreateEncryptedString(row.password, jt::StringEncoding::UTF8).value_or(QString()));
-        callback.settings.setValue(recordKey("DocumentNameType"), row.documentNameType);
-        callback.settings.setValue(recordKey("DocumentName"), row.documentName);
-        const std::unique_ptr<pde::PDEPanel> panel = printPanel(factory, &callback);
-        panel->restoreValuesAndReturnError(nullptr);
+    for (const auto &row : rows) {
+        Callback callback("plugin-allow-null-True.ppd");
+        const std::unique_ptr<pde::PDEPanel> panel = restoredPanel(callback, row.entries);
+        ASSERT_NE(panel, nullptr);
         const std::optional<pde::SummaryInfo> summary = panel->summaryInfo();
         ASSERT_TRUE(summary) << row.name;
-        EXPECT_EQ(linesOf(*summary), row.lines) << row.name;
-        EXPECT_EQ(summary->size(), row.lines.size() + 1) << row.name;
+        const QStringList order = summary->value(QString(pde::kSummaryDisplayOrderKey)).toStringList();
+        QStringList lines;
+        for (const QString &title : order)
+            lines.append(title + u": "_s + summary->value(title).toString());
+        EXPECT_EQ(lines.join(u'|'), row.lines) << row.name;
+        EXPECT_EQ(summary->size(), order.size() + 1) << row.name;
     }
 }
 

@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+// Help: which book a page opens in, from the PPD and the bundle's
+// information dictionary, and removing a stale help registration from the
+// help viewer's file, with bundles and home directory in temporary folders.
+#include "FixturePpd.h"
+
+#include "pdekit/Bundle.h"
+#include "pdekit/HelpViewer.h"
+#include "pdekit/PropertyList.h"
+#include "platform/HelpBook.h"
+#include "platform/UtilityService.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <plist/plist.h>
+
+namespace jt = com_norvanta_qs_o_vellumark_pde_JobTypeQTRN;
+
+namespace {
+
+QList<std::pair<QString, QUrl>> g_opened;
+
+// Takes the pages opened while it lives.
+struct PageCatcher {
+    pde::HelpViewer::PageHandler previous = pde::HelpViewer::instance().setPageHandler(
+        [](const QString &book, const QUrl &page) { g_opened.append({book, page}); });
+    ~PageCatcher() { pde::HelpViewer::instance().setPageHandler(previous); }
+};
+
+// A registered bundle in `dir` with book `book`, `extra` entries in its
+// Info.plist and the pages opened here.
+pde::Bundle *bundle(const QTemporaryDir &dir, const QByteArray &book, const QByteArray &extra = {})
+{
+    static int serial = 0;
+    const QString path = dir.filePath(QString::number(++serial));
+    for (const char *page : {"page.html", "Help/page.html", "Vendor/Pages/page.html"}) {
+        QFile file(path + QStringLiteral("/Contents/Resources/Help/") + QString::fromLatin1(page));
+        QDir().mkpath(QFileInfo(file).path());
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    QFile info(path + QStringLiteral("/Contents/Info.plist"));
+    EXPECT_TRUE(info.open(QIODevice::WriteOnly));
+    info.write("<plist version=\"1.0\"><dict><key>CFBundleHelpBookFolder</key><string>Help</string>"
+               "<key>CFBundleHelpBookName</key><string>" + book + "</string>" + extra + "</dict></plist>");
+    info.close();
+    pde::Bundle *opened = pde::Bundle::open(path);
+    jt::RegisterHelpBook(opened);
+    return opened;
+}
+
+TEST(HelpBook, PagesOpenInTheBookFound)
+{
+    const PageCatcher catcher;
+    const QTemporaryDir dir;
+    bundle(dir, "Other Book"); // a book of its own, to see pages opened in it
+    // GotoHelpPage2_105 looks for the book in this order.
+    const struct { const char *ppd; QByteArray info; const char *book; } rows[] = { // book: null when nothing opens
+        {nullptr, {}, "Main Book"},
+        // The bundle's book names a key that holds the book.
+        {nullptr, "<key>Main Book</key><string>Other Book</string>", "Other Book"},
+        // The PPD names a key that holds the book, or a number (nothing opens)...
+        {"help-string-key.ppd", "<key>OtherBookKey</key><string>Other Book</string>", "Other Book"},
+        {"help-number.ppd", "<key>NumberKey</key><integer>7</integer>", nullptr},
+        // ...or a key the bundle lacks: the bundle's book.
+        {"help-missing-key.ppd", {}, "Main Book"},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.ppd ? row.ppd : "no PPD");
+        g_opened.clear();
+        const testsupport::Ppd ppd = row.ppd != nullptr ? testsupport::openFixturePpd(row.ppd) : nullptr;
+        jt::GotoHelpPage2_105(ppd.get(), "NVPTHelpBookName", bundle(dir, "Main Book", row.info),
+                              QStringLiteral("page.html"), std::nullopt);
+        EXPECT_EQ(g_opened.size(), row.book ? 1 : 0);
+        EXPECT_EQ(g_opened.value(0).first, QString::fromLatin1(row.book));
+    }
+
+    // Then three pages more, none for the calls without a bundle or page.
+    g_opened.clear();
+    jt::GotoHelpPage2_105(nullptr, "NVPTHelpBookName", nullptr, QStringLiteral("page.html"), std::nullopt);
+    pde::Bundle *main = bundle(dir, "Main Book");
+    const testsupport::Ppd ppd = testsupport::openFixturePpd("help-folder.ppd");
+    const QString help = QStringLiteral("Help"), page = QStringLiteral("page.html");
+    jt::GotoHelpPage2_106(ppd.get(), "NVPTHelpBookName", main, help, page, QStringLiteral("limits")); // the PPD's folder
+    jt::GotoHelpPage2_106(nullptr, "NVPTHelpBookName", main, help, page, std::nullopt);
+    jt::GotoHelpPage2_106(nullptr, "NVPTHelpBookName", main, help, std::nullopt, std::nullopt);
+    jt::GotoHelpPage(main, page, QStringLiteral("top"));
+    jt::GotoHelpPage(nullptr, page, std::nullopt);
+    ASSERT_EQ(g_opened.size(), 3);
+    EXPECT_TRUE(g_opened[0].second.path().endsWith(QStringLiteral("/Help/Vendor/Pages/page.html")));
+    EXPECT_EQ(g_opened[0].second.fragment(), QStringLiteral("limits"));
+    EXPECT_TRUE(g_opened[1].second.path().endsWith(QStringLiteral("/Help/Help/page.html")));
+    EXPECT_EQ(g_opened[2].first, QStringLiteral("Main Book"));
+    EXPECT_EQ(g_opened[2].second.fragment(), QStringLiteral("top"));
+}
+
+QByteArray registration(const char *url)
+{
+    return "<plist version=\"1.0\"><dict><key>RegisteredBooks</key><dict><key>org.example.help</key><array><dict>"
+           "<key>url</key><string>" + QByteArray(url) + "</string></dict></array><key>org.example.other</key><array>"
+           "<dict><key>url</key><string>file:///o/en.lproj/</string></dict></array></dict><key>RegistrationOrder</key>"
+           "<array><string>org.example.other</string><string>org.example.help</string><string>org.example.help</string>"
+           "</array></dict></plist>\n";
+}
+
+// The binary form of the XML with a keyed-archive reference added, which
+// XML cannot hold.
+QByteArray binaryWithReference(const QByteArray &xml)
+{
+    const pde::PropertyListNode root = pde::parsePropertyList(xml);
+    plist_dict_set_item(root.get(), "Archive", plist_new_uid(3));
+    char *data = nullptr;
+    uint32_t length = 0;
+    plist_to_bin(root.get(), &data, &length);
+    const QByteArray bytes(data, static_cast<qsizetype>(length));
+    std::free(data);
+    return bytes;
+}
+
+QStringList g_messages;
+
+TEST(HelpCache, RemovesOnlyAnEntryFromALocalizationFolder)
+{
+    const QByteArray savedHome = qgetenv("HOME");
+    const QTemporaryDir home;
+    qputenv("HOME", QFile::encodeName(home.path()));
+    QDir().mkpath(home.filePath(QStringLiteral("Library/Preferences")));
+    QFile file(home.filePath(QStringLiteral("Library/Preferences/com.apple.help.plist")));
+    const QByteArray lproj = registration("file:///b/JobType.plugin/Contents/Resources/en.lproj/Help/");
+    // What the removal leaves, in the XML form it is written in.
+    const QByteArray left = "<plist version=\"1.0\"><dict><key>RegisteredBooks</key><dict><key>org.example.other</key>"
+                            "<array><dict><key>url</key><string>file:///o/en.lproj/</string></dict></array></dict>"
+                            "<key>RegistrationOrder</key><array><string>org.example.other</string>"
+                            "<string>org.example.help</string></array></dict></plist>";
+    const auto asXml = [](const QByteArray &list) { return pde::xmlPropertyList(pde::parsePropertyList(list).get()); };
+    const QString id = QStringLiteral("org.example.help");
+    const struct { QByteArray content; std::optional<QString> id; std::optional<QByteArray> after; QStringList messages = {}; } rows[] = {
+        {lproj, id, asXml(left)}, // only the first occurrence leaves the order
+        // Binary input is rewritten as XML, and one that XML cannot hold is written all the same.
+        {binaryWithReference(lproj), id, asXml(binaryWithReference(left)), {QStringLiteral("Illegal Property List.")}},
+        // Anything else leaves the file byte for byte.
+        {registration("file:///b/JobType.plugin/Contents/Resources/Help/"), id, std::nullopt},
+        {lproj, QStringLiteral("org.example.none"), std::nullopt},
+        {lproj, std::nullopt, std::nullopt},
+    };
+    const QtMessageHandler previous = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext &, const QString &message) { g_messages.append(message); });
+    for (const auto &row : rows) {
+        SCOPED_TRACE(testing::Message() << "row " << &row - rows);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(row.content);
+        file.close();
+        g_messages.clear();
+        jt::UtilityService::removeHelpCacheForBundleID(row.id);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_EQ(file.readAll(), row.after.value_or(row.content));
+        file.close();
+        EXPECT_EQ(g_messages, row.messages);
+    }
+    qInstallMessageHandler(previous);
+    qputenv("HOME", savedHome);
+}
+
+} // namespace

@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: MIT
+// System queries: the version from fixed kernel releases, group membership
+// against the machine's group database, UTF-16 buffers and the sandbox flag.
+#include "platform/GroupMembership.h"
+#include "platform/SystemQueryCache.h"
+#include "platform/SystemVersion.h"
+#include "platform/UnicodeBuffer.h"
+#include "platform/UtilityService.h"
+
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+#include <grp.h>
+#include <pwd.h>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace qs = com_norvanta_qs_o_vellumark_pde_JobTypeQTRN;
+
+namespace {
+
+// The reader must be a plain function pointer, so the release lives here.
+std::optional<std::string> g_release;
+std::optional<std::string> fixedRelease() { return g_release; }
+
+// Installs the fixed release, and forgets cached answers, for a test's length.
+struct FixedRelease {
+    qs::KernelReleaseReader previous = (qs::resetSystemQueryCache(), qs::setKernelReleaseReader(&fixedRelease));
+    ~FixedRelease() { qs::setKernelReleaseReader(previous), qs::resetSystemQueryCache(); }
+};
+
+std::uint32_t ask(std::uint32_t selector)
+{
+    std::uint32_t value = 0xDEADBEEF;
+    EXPECT_EQ(qs::Gestalt_ALT(selector, &value), 0);
+    return value;
+}
+
+TEST(SystemVersion, PacksReleaseCachesItAndReportsUnknownSelectors)
+{
+    const FixedRelease fixed;
+    const struct { std::optional<std::string> release; std::uint32_t packed, major, minor, bugFix, osMinor; } rows[] = {
+        {"10.8.0", 0x1068, 10, 6, 8, 6},
+        {"12.3.0", 0x1083, 10, 8, 3, 8},
+        {std::nullopt, 0x1000, 10, 0, 0, qs::kNotYetKnown},
+        {"12", 0x1080, 10, 8, 0, 8},
+        {"10.20.0", 0x1064, 10, 6, 4, 6}, // the minor keeps its low four bits
+        {"4.19.0", 0x1003, 10, 0, 3, 0},
+        {"3.2", 0x1FF2, 25, 15, 2, qs::kNotYetKnown}, // a major below four wraps
+        {"0.5", 0x1005, 10, 0, 5, qs::kNotYetKnown},
+        {"-10.8", 0x1008, 10, 0, 8, qs::kNotYetKnown}, // a negative major keeps the minor
+        {"10.0000000000009", 0x1060, 10, 6, 0, 6}, // cut to 15 bytes: the 9 is the 16th
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.release.value_or("(unreadable)"));
+        qs::resetSystemQueryCache();
+        g_release = row.release;
+        EXPECT_EQ(ask(qs::gestaltSystemVersion), row.packed);
+        EXPECT_EQ(ask(qs::gestaltSystemVersionMajor), row.major);
+        EXPECT_EQ(ask(qs::gestaltSystemVersionMinor), row.minor);
+        EXPECT_EQ(ask(qs::gestaltSystemVersionBugFix), row.bugFix);
+        EXPECT_EQ(qs::getOSMinorVersion(), row.osMinor);
+    }
+
+    // The packed version caches even a failed read; the minor version tries
+    // again after one, then keeps what it found.
+    qs::resetSystemQueryCache();
+    g_release = std::nullopt;
+    EXPECT_EQ(ask(qs::gestaltSystemVersion), 0x1000u);
+    EXPECT_EQ(qs::getOSMinorVersion(), qs::kNotYetKnown);
+    g_release = "11.4.2";
+    EXPECT_EQ(ask(qs::gestaltSystemVersion), 0x1000u);
+    EXPECT_EQ(qs::getOSMinorVersion(), 7u);
+    g_release = "20.0";
+    EXPECT_EQ(qs::getOSMinorVersion(), 7u);
+    qs::resetSystemQueryCache();
+    EXPECT_EQ(ask(qs::gestaltSystemVersion), 0x1100u);
+
+    std::uint32_t value = 0x12345678;
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(qs::Gestalt_ALT(0xABCDEF00, &value), -1);
+    EXPECT_EQ(qs::Gestalt_ALT(0x73797361, &value), -1);
+    EXPECT_EQ(qs::Gestalt_ALT(qs::gestaltSystemVersion, nullptr), -1); // silently
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "Gestalt_ALT : selector 'abcdef00' not supported.\n"
+              "Gestalt_ALT : selector '73797361' not supported.\n");
+    EXPECT_EQ(value, 0x12345678u);
+}
+
+TEST(GroupMembership, AnswersFromGroupDatabase)
+{
+    // Every Linux system has user and group "root", the group being the
+    // user's primary group, usually with no members listed.
+    EXPECT_TRUE(qs::CheckUserGroups("root", "root"));
+    EXPECT_FALSE(qs::CheckUserGroups("pde-no-such-user", "root"));
+    EXPECT_FALSE(qs::CheckUserGroups("root", "pde-no-such-group"));
+    EXPECT_FALSE(qs::CheckUserGroups("root", "roo"));
+    EXPECT_FALSE(qs::CheckUserGroups(nullptr, "root"));
+    EXPECT_FALSE(qs::CheckUserGroups("root", nullptr));
+
+    // Every member a group lists belongs to it, when such a user exists.
+    std::vector<std::pair<std::string, std::string>> listed;
+    setgrent();
+    for (const group *entry = getgrent(); entry != nullptr; entry = getgrent()) {
+        for (char **member = entry->gr_mem; *member != nullptr; ++member)
+            listed.emplace_back(*member, entry->gr_name);
+    }
+    endgrent();
+    for (const auto &[userName, groupName] : listed) {
+        EXPECT_EQ(qs::CheckUserGroups(userName.c_str(), groupName.c_str()), getpwnam(userName.c_str()) != nullptr)
+            << userName << " in " << groupName;
+    }
+
+    // The administrator queries agree.
+    const passwd *user = getpwuid(getuid());
+    ASSERT_NE(user, nullptr);
+    const std::string name = user->pw_name; // the lookups below reuse getpwuid's storage
+    const bool member = qs::CheckUserGroups(name.c_str(), "admin");
+    EXPECT_EQ(qs::IsUserAdmin(), member);
+    EXPECT_EQ(qs::UtilityService::checkIfAdminUser(QString::fromStdString(name)), member);
+    EXPECT_FALSE(qs::UtilityService::checkIfAdminUser(std::nullopt));
+    EXPECT_FALSE(qs::UtilityService::checkIfAdminUser(QStringLiteral("pde-no-such-user")));
+}
+
+TEST(UnicodeBuffer, MeasuresAndConverts)
+{
+    // `units` is exactly the buffer, so reading past it trips ASan.
+    const struct { std::vector<char16_t> units; int size, length; std::optional<QString> text; } rows[] = {
+        {{u'A', 0}, 4, 1, QStringLiteral("A")},
+        {{u'A', u'B'}, 4, -1, std::nullopt},
+        {{u'A', u'B', 0}, 4, -1, std::nullopt}, // the zero lies beyond the size
+        {{0, u'A'}, 4, 0, std::nullopt},
+        {{u'A', 0}, 3, -1, std::nullopt}, // an odd size drops the half unit
+        {{0}, -2, -1, std::nullopt},
+        // Units are taken as they are: no byte order mark handling, no checks.
+        {{0xFEFF, 0xD800, 0}, 6, 2, QStringView(u"\uFEFF\xD800").toString()},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(testing::Message() << "row " << &row - rows);
+        EXPECT_EQ(qs::unicharLength(row.units.data(), row.size), row.length);
+        EXPECT_EQ(qs::UtilityService::stringFromUnicodeBuf(row.units.data(), row.size), row.text);
+    }
+    EXPECT_EQ(qs::unicharLength(nullptr, 16), -1);
+    EXPECT_EQ(qs::UtilityService::stringFromUnicodeBuf(nullptr, 16), std::nullopt);
+}
+
+// Gives an environment variable, and the cached answers, back when it ends.
+struct EnvironmentGuard {
+    const char *name;
+    std::optional<QByteArray> saved = qEnvironmentVariableIsSet(name) ? std::optional(qgetenv(name)) : std::nullopt;
+    ~EnvironmentGuard() { saved ? qputenv(name, *saved) : qunsetenv(name), qs::resetSystemQueryCache(); }
+};
+
+TEST(Sandbox, DetectsContainerHomeFlatpakAndSnapAndKeepsTheAnswer)
+{
+    if (QFileInfo::exists(QStringLiteral("/.flatpak-info")))
+        GTEST_SKIP() << "running inside Flatpak";
+    const EnvironmentGuard guards[] = {{"HOME"}, {"FLATPAK_ID"}, {"SNAP_NAME"}};
+    // Answers anew for that home and at most one variable set.
+    const auto sandboxed = [](const char *home, const char *variable = nullptr) {
+        qunsetenv("FLATPAK_ID");
+        qunsetenv("SNAP_NAME");
+        if (variable != nullptr)
+            qputenv(variable, "org.example.Viewer");
+        qputenv("HOME", home);
+        qs::resetSystemQueryCache();
+        return qs::UtilityService::isSandboxed();
+    };
+    EXPECT_TRUE(sandboxed("/Users/u/Library/Containers/x/Data"));
+    EXPECT_FALSE(sandboxed("/home/containers/x"));
+    EXPECT_TRUE(sandboxed("/home/u", "FLATPAK_ID"));
+    EXPECT_TRUE(sandboxed("/home/u", "SNAP_NAME"));
+    EXPECT_FALSE(sandboxed("/home/u"));
+    qputenv("HOME", "/Users/u/Library/Containers/x/Data");
+    EXPECT_FALSE(qs::UtilityService::isSandboxed()) << "kept until reset";
+}
+
+} // namespace
