@@ -65,7 +65,8 @@ Values:
                          successful save (atomically)
   --set KEY=VALUE        a value entered in the control bound to KEY
                          (repeatable); for the job-type panel the keys are
-                         printType (0 none, 1 secure, 2 sample, 3 public),
+                         printType (0 none, 1 secure, 2 sample, 3 public,
+                         4 second secure kind),
                          userName, password, documentNameType (0 automatic,
                          1 entered) and documentName
   --password-stdin       read the password (the first line) from standard

@@ -57,4 +57,31 @@ TEST(PanelScreenshot, RendersInTwoLanguagesAtTwoScalesWithRoomForEveryText)
     }
 }
 
+// A key missing from the Japanese table would show the English key to a
+// Japanese user; every text of the view, its alerts and its summary must be
+// there.
+TEST(PanelStrings, JapaneseTableTranslatesEveryKeyThePanelUses)
+{
+    LoadedPanel untranslated;
+    ASSERT_TRUE(untranslated.loaded());
+    QStringList keys{QStringLiteral("Custom PDE Title"), QStringLiteral("User Name Message"),
+                     QStringLiteral("Password Message")};
+    for (QWidget *widget : untranslated.view->findChildren<QWidget *>()) {
+        if (auto *label = qobject_cast<QLabel *>(widget))
+            keys.append(label->text());
+        else if (auto *button = qobject_cast<QAbstractButton *>(widget))
+            keys.append(button->text());
+        else if (auto *popup = qobject_cast<QComboBox *>(widget)) {
+            for (int i = 0; i < popup->count(); ++i)
+                keys.append(popup->itemText(i));
+        }
+    }
+    keys.removeAll(QString());
+
+    pde::setPreferredLanguages(QStringList{QStringLiteral("ja")});
+    for (const QString &key : keys)
+        EXPECT_NE(jobTypeBundle()->localizedStringForKey(key, std::nullopt, std::nullopt), key) << qPrintable(key);
+    pde::setPreferredLanguages(std::nullopt);
+}
+
 } // namespace

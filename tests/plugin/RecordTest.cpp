@@ -23,6 +23,8 @@ TEST(Record, SavedInOrderWithExactValues)
         {"secure, password, entered name with a comma", {1, u"ab"_s, u"123456"_s, 1, u"a,b"_s},
          u"201|2|ab|"_s + protectedUtf8(u"123456"_s) + u"|2|/97/44/98"_s},
         {"sample, non-ASCII user ID with a slash, automatic name", {2, u"\u00e9/"_s, {}, 0, {}}, u"201|3|/-61/-87/47||1|"_s},
+        {"second secure kind, chosen in the pop-up", {4, u"ab"_s, u"12"_s, 1, u"n"_s},
+         u"201|5|ab|"_s + protectedUtf8(u"12"_s) + u"|2|n"_s},
         {"none still stores the texts typed before", {3, u"taro"_s, {}, 1, u"n"_s}, u"201|1|taro||2|n"_s, 0},
     };
     QStringList keys;
