@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cmath>
 
 namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN {
 
@@ -25,6 +26,9 @@ int integerValueOf(const QVariant &value)
     case QMetaType::Double:
     case QMetaType::Float: {
         const double number = value.toDouble();
+        // A NaN has no integer value; clamping it would be undefined.
+        if (std::isnan(number))
+            return 0;
         return static_cast<int>(std::clamp(number, static_cast<double>(INT_MIN), static_cast<double>(INT_MAX)));
     }
     case QMetaType::QString:

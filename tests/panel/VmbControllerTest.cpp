@@ -23,7 +23,8 @@ TEST(VmbController, EnabledControlsAndCaptionColoursFollowEveryState)
     // while its control is disabled.
     const char *const controls[] = {"jobTypePopUp", "userNameTextField", "passwordTextField",
                                     "documentNameTypePopUp", "docNameTextField"};
-    const char *const captions[] = {"jobTypeLabel", "userNameLabel", "passwordLabel", nullptr, "documentNameLabel"};
+    const char *const captions[] = {"jobTypeLabel", "userNameLabel", "passwordLabel", "documentNameTypeLabel",
+                                    "documentNameLabel"};
     const struct { const char *name; bool storage; int printType, documentNameType, enabled[5]; } rows[] = {
         {"no storage", false, 1, 1, {0, 0, 0, 0, 0}},
         {"storage, none", true, 0, 1, {1, 0, 0, 0, 0}},

@@ -17,7 +17,8 @@ struct Property {
     QVariant awakeValue;
 };
 
-// In the order the tear-down empties them.
+// In declaration order: the order awakeFromNib sets them and the tear-down
+// empties them.
 const Property kProperties[] = {
     {"printType", &jt::VmbModel::printTypeChanged, 0},
     {"userName", &jt::VmbModel::userNameChanged, QString()},
@@ -34,10 +35,18 @@ const Property kProperties[] = {
     {"isCustomDocNameColor", &jt::VmbModel::isCustomDocNameColorChanged, QColor(Qt::lightGray)},
 };
 
-TEST(VmbModel, AwakeFromNibSetsTheDefaults)
+TEST(VmbModel, AwakeFromNibSetsTheDefaultsInOrder)
 {
+    QStringList seen; // outlives the model, whose tear-down notifies too
+    QStringList expected;
     jt::VmbModel model;
+    for (const Property &property : kProperties) {
+        expected.append(QString::fromLatin1(property.name));
+        QObject::connect(&model, property.changed, &model,
+                         [&seen, name = property.name] { seen.append(QString::fromLatin1(name)); });
+    }
     model.awakeFromNib();
+    EXPECT_EQ(seen, expected);
     for (const Property &property : kProperties)
         EXPECT_EQ(model.property(property.name), property.awakeValue) << property.name;
 }
@@ -45,10 +54,13 @@ TEST(VmbModel, AwakeFromNibSetsTheDefaults)
 TEST(VmbModel, EverySetNotifiesEvenWithAnEqualValue)
 {
     jt::VmbModel model;
-    QSignalSpy spy(&model, &jt::VmbModel::printTypeChanged);
-    model.setPrintType(2);
-    model.setPrintType(2);
-    EXPECT_EQ(spy.count(), 2);
+    model.awakeFromNib();
+    for (const Property &property : kProperties) {
+        QSignalSpy spy(&model, property.changed);
+        model.setProperty(property.name, property.awakeValue);
+        model.setProperty(property.name, property.awakeValue);
+        EXPECT_EQ(spy.count(), 2) << property.name;
+    }
 }
 
 TEST(VmbModel, TearDownSetsEveryPropertyToNoValueInOrder)
