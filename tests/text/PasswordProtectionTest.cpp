@@ -35,6 +35,11 @@ TEST(PasswordProtection, GivesExpectedFormSilently)
         std::optional<QString> in, out;
     } rows[] = {
         {kProtect, E::UTF8, std::nullopt, std::nullopt},
+        {kProtect, E::UTF8, QString(), std::nullopt}, // nothing to protect: no form, not an empty one
+        // One, two and three bytes fill one quartet with two, one and no "=".
+        {kBoth, E::UTF8, QStringLiteral("1"), QStringLiteral("QA==")},
+        {kBoth, E::UTF8, QStringLiteral("12"), QStringLiteral("QEQ=")},
+        {kBoth, E::UTF8, QStringLiteral("123"), QStringLiteral("QERY")},
         {kProtect, E::ISOLatin1, QStringLiteral("日本"), std::nullopt}, // first character not in the encoding
         {kBoth, E::ISOLatin1, QStringLiteral("1234"), QStringLiteral("QERYWQ==")}, // worked out in a shell
         // Double-byte characters whose trail byte is a backslash, and ASCII.
