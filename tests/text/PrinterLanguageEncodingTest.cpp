@@ -53,6 +53,10 @@ TEST(PrinterLanguageEncoding, StoredFormCallsGiveResultAndExactMessage)
         // Space, double quote, semicolon and (in Shift-JIS) "~" are ordinary.
         {kBoth, E::ShiftJIS_X0213, QStringLiteral("Report; \"draft\" ~x"), QStringLiteral("Report; \"draft\" ~x")},
         {kBoth, E::ISOLatin1, QString(255, u'a'), QString(255, u'a')},
+        // The empty text is a text: both ways it stays empty, never absent.
+        {kBoth, E::ShiftJIS_X0213, QString(), QString()},
+        // "€" and "…" have bytes (0x80, 0x85) in Windows Latin-1 only.
+        {kBoth, E::WindowsLatin1, QStringLiteral("Café €5 …"), QStringLiteral("Café €5 …")},
         {kBoth, E::UTF8, QString(127, u'é') + u'a', QString(127, u'é') + u'a'}, // 255 bytes
         {kBoth, E::UTF8, QStringLiteral("a \";,"), QStringLiteral("/97/32/34/59/44")},
         {kBoth, E::ISOLatin1, QStringLiteral("it's"), QStringLiteral("/105/116/39/115")},
