@@ -70,27 +70,31 @@ std::uint32_t packedSystemVersion()
 
 int Gestalt_ALT(std::uint32_t selector, std::uint32_t *response) noexcept
 {
-    if (response == nullptr)
-        return -1;
+    std::uint32_t (*answer)(std::uint32_t version) = nullptr;
     switch (selector) {
-    case gestaltSystemVersionMajor: {
-        const std::uint32_t version = packedSystemVersion();
-        *response = ((version >> 12) & 0xF) * 10 + ((version >> 8) & 0xF);
-        return 0;
-    }
+    case gestaltSystemVersionMajor:
+        answer = [](std::uint32_t version) { return ((version >> 12) & 0xF) * 10 + ((version >> 8) & 0xF); };
+        break;
     case gestaltSystemVersionMinor:
-        *response = (packedSystemVersion() >> 4) & 0xF;
-        return 0;
+        answer = [](std::uint32_t version) { return (version >> 4) & 0xF; };
+        break;
     case gestaltSystemVersionBugFix:
-        *response = packedSystemVersion() & 0xF;
-        return 0;
+        answer = [](std::uint32_t version) { return version & 0xF; };
+        break;
     case gestaltSystemVersion:
-        *response = packedSystemVersion();
-        return 0;
+        answer = [](std::uint32_t version) { return version; };
+        break;
     default:
+        // Reported before the result pointer is looked at: a caller asking
+        // for something this replacement does not answer must hear of it,
+        // whatever it passed for the answer.
         std::fprintf(stderr, "Gestalt_ALT : selector '%x' not supported.\n", selector);
         return -1;
     }
+    if (response == nullptr)
+        return -1;
+    *response = answer(packedSystemVersion());
+    return 0;
 }
 
 std::uint32_t getOSMinorVersion() noexcept

@@ -20,8 +20,9 @@ inline constexpr std::uint32_t gestaltSystemVersionBugFix = 0x73797333; // 'sys3
 // read). 'sysv' gives the packed value, 'sys1' its major version in decimal
 // (0x1083 gives 10), 'sys2' bits 4 to 7, 'sys3' bits 0 to 3. Returns 0 on
 // success. Returns -1 for any other selector, writing
-// "Gestalt_ALT : selector '<hex>' not supported." to standard error and
-// leaving *response untouched; also -1, silently, when response is null.
+// "Gestalt_ALT : selector '<hex>' not supported." to standard error (also
+// when response is null) and leaving *response untouched. Returns -1,
+// silently, for one of the four selectors with a null response.
 int Gestalt_ALT(std::uint32_t selector, std::uint32_t *response) noexcept;
 
 // Returns the kernel's major release minus 4 (the minor system version),

@@ -78,16 +78,22 @@ TEST(SystemVersion, PacksReleaseCachesItAndReportsUnknownSelectors)
     qs::resetSystemQueryCache();
     EXPECT_EQ(ask(qs::gestaltSystemVersion), 0x1100u);
 
-    std::uint32_t value = 0x12345678;
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(qs::Gestalt_ALT(0xABCDEF00, &value), -1);
-    EXPECT_EQ(qs::Gestalt_ALT(0x73797361, &value), -1);
-    EXPECT_EQ(qs::Gestalt_ALT(qs::gestaltSystemVersion, nullptr), -1); // silently
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "Gestalt_ALT : selector 'abcdef00' not supported.\n"
-              "Gestalt_ALT : selector '73797361' not supported.\n");
-    EXPECT_EQ(value, 0x12345678u);
-}
+    // An unknown selector is reported whether or not the caller gave a place
+    // for the answer; a known one without that place fails quietly.
+    const struct { const char *name; std::uint32_t selector; bool withResponse; std::string message; } refused[] = {
+        {"unknown", 0xABCDEF00, true, "Gestalt_ALT : selector 'abcdef00' not supported.\n"},
+        {"near a known one", 0x73797361, true, "Gestalt_ALT : selector '73797361' not supported.\n"},
+        {"unknown, no response", 0x73797361, false, "Gestalt_ALT : selector '73797361' not supported.\n"},
+        {"known, no response", qs::gestaltSystemVersion, false, ""},
+    };
+    for (const auto &row : refused) {
+        SCOPED_TRACE(row.name);
+        std::uint32_t value = 0x12345678;
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(qs::Gestalt_ALT(row.selector, row.withResponse ? &value : nullptr), -1);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), row.message);
+        EXPECT_EQ(value, 0x12345678u);
+    }
 
 TEST(GroupMembership, AnswersFromGroupDatabase)
 {
