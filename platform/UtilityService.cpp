@@ -4,6 +4,7 @@
 // directory and the Flatpak and Snap markers for the sandbox.
 #include "platform/UtilityService.h"
 
+#include "platform/GroupMembership.h"
 #include "platform/PlatformLogging.h"
 #include "platform/PrimaryInterface.h"
 #include "platform/SystemQueryCache.h"
@@ -16,47 +17,12 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
-#include <algorithm>
 #include <cstdlib>
 #include <bit>
-#include <cerrno>
-#include <grp.h>
 #include <plist/plist.h>
-#include <pwd.h>
-#include <vector>
 
 namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN {
 namespace {
-
-constexpr std::size_t kInitialLookupBuffer = 1024;
-constexpr std::size_t kLargestLookupBuffer = 1 << 20;
-
-// Error numbers with which NSS modules report "no such entry".
-bool meansNotFound(int error) noexcept
-{
-    return error == 0 || error == ENOENT || error == ESRCH || error == EBADF || error == EPERM;
-}
-
-enum class Lookup { Found, NotFound, Failed };
-
-// Calls a reentrant database lookup (getgrnam_r, getpwnam_r) with a buffer
-// that grows while the entry does not fit.
-template <typename Entry, typename Call>
-Lookup lookUp(Entry &entry, std::vector<char> &buffer, Call call)
-{
-    buffer.resize(kInitialLookupBuffer);
-    for (;;) {
-        Entry *result = nullptr;
-        const int error = call(&entry, buffer.data(), buffer.size(), &result);
-        if (error == ERANGE && buffer.size() < kLargestLookupBuffer) {
-            buffer.resize(buffer.size() * 2);
-            continue;
-        }
-        if (result != nullptr)
-            return Lookup::Found;
-        return meansNotFound(error) ? Lookup::NotFound : Lookup::Failed;
-    }
-}
 
 const QString kHelpRegistrationFile = QStringLiteral("/Library/Preferences/com.apple.help.plist");
 
@@ -130,47 +96,7 @@ bool inFlatpakOrSnap()
 
 bool UtilityService::checkIfAdminUser(const std::optional<QString> &userName)
 {
-    if (!userName || userName->isEmpty() || userName->contains(QChar(0)))
-        return false;
-    const QByteArray name = userName->toUtf8();
-
-    group adminGroup{};
-    std::vector<char> groupBuffer;
-    switch (lookUp(adminGroup, groupBuffer, [](group *g, char *b, std::size_t n, group **r) {
-        return getgrnam_r("admin", g, b, n, r);
-    })) {
-    case Lookup::Found:
-        break;
-    case Lookup::NotFound:
-        return false;
-    case Lookup::Failed:
-        qCWarning(lcUtilityService, "UtilityService - CSIdentityQueryExecute failed.");
-        return false;
-    }
-    const gid_t adminId = adminGroup.gr_gid;
-
-    passwd user{};
-    std::vector<char> userBuffer;
-    switch (lookUp(user, userBuffer, [&name](passwd *p, char *b, std::size_t n, passwd **r) {
-        return getpwnam_r(name.constData(), p, b, n, r);
-    })) {
-    case Lookup::Found:
-        break;
-    case Lookup::NotFound:
-        return false;
-    case Lookup::Failed:
-        qCWarning(lcUtilityService, "UtilityService - CSIdentityCreateGroupMembershipQuery failed.");
-        return false;
-    }
-
-    int count = 32;
-    std::vector<gid_t> groups(static_cast<std::size_t>(count));
-    while (getgrouplist(name.constData(), user.pw_gid, groups.data(), &count) == -1) {
-        groups.resize(static_cast<std::size_t>(std::max(count, static_cast<int>(groups.size()) * 2)));
-        count = static_cast<int>(groups.size());
-    }
-    groups.resize(static_cast<std::size_t>(count));
-    return std::find(groups.begin(), groups.end(), adminId) != groups.end();
+    return userName && isMemberOfGroup(*userName, "admin");
 }
 
 std::optional<QString> UtilityService::copyHostIPv4Address()

@@ -16,11 +16,12 @@ public:
     UtilityService() = delete;
 
     // Returns true when `userName` is a member of the group "admin" (as
-    // primary or supplementary group). Returns false for an absent or empty
-    // name, an unknown user or no such group. A failing group lookup logs
-    // "UtilityService - CSIdentityQueryExecute failed.", a failing user
-    // lookup "UtilityService - CSIdentityCreateGroupMembershipQuery failed.",
-    // and both give false.
+    // primary or supplementary group), the name equal to the user's name in
+    // the database byte for byte: isMemberOfGroup(name, "admin"). Returns
+    // false for an absent or empty name, an unknown user or no such group. A
+    // failing group lookup logs "UtilityService - CSIdentityQueryExecute
+    // failed.", a failing user lookup "UtilityService -
+    // CSIdentityCreateGroupMembershipQuery failed.", and both give false.
     static bool checkIfAdminUser(const std::optional<QString> &userName);
 
     // Returns the first IPv4 address of the interface that the default route

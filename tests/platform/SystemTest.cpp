@@ -11,6 +11,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <dlfcn.h>
 #include <grp.h>
 #include <pwd.h>
 #include <string>
@@ -18,6 +21,48 @@
 #include <vector>
 
 namespace qs = com_norvanta_qs_o_vellumark_pde_JobTypeQTRN;
+
+namespace {
+
+// While set, user and group lookups by name behave like a name service that
+// matches names without regard to case (SSSD with case_sensitive = false,
+// winbind): the asked name is folded to lower case and the entry comes back
+// under its stored name.
+bool g_caseInsensitiveNames = false;
+
+std::string asLookedUp(const char *name)
+{
+    std::string text = name;
+    if (g_caseInsensitiveNames) {
+        for (char &c : text)
+            c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    return text;
+}
+
+template <typename Function>
+Function nextDefinition(const char *symbol)
+{
+    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, symbol));
+}
+
+} // namespace
+
+// These take the C library's place in this executable, the code under test
+// included, and hand every lookup on to it.
+extern "C" int getpwnam_r(const char *name, passwd *entry, char *buffer, size_t size, passwd **result)
+{
+    using Lookup = int (*)(const char *, passwd *, char *, size_t, passwd **);
+    static const Lookup next = nextDefinition<Lookup>("getpwnam_r");
+    return next(asLookedUp(name).c_str(), entry, buffer, size, result);
+}
+
+extern "C" int getgrnam_r(const char *name, group *entry, char *buffer, size_t size, group **result)
+{
+    using Lookup = int (*)(const char *, group *, char *, size_t, group **);
+    static const Lookup next = nextDefinition<Lookup>("getgrnam_r");
+    return next(asLookedUp(name).c_str(), entry, buffer, size, result);
+}
 
 namespace {
 
@@ -94,6 +139,26 @@ TEST(SystemVersion, PacksReleaseCachesItAndReportsUnknownSelectors)
         EXPECT_EQ(testing::internal::GetCapturedStderr(), row.message);
         EXPECT_EQ(value, 0x12345678u);
     }
+}
+
+struct GroupEntry {
+    std::string name;
+    gid_t id;
+    std::vector<std::string> members;
+};
+
+std::vector<GroupEntry> groupDatabase()
+{
+    std::vector<GroupEntry> groups;
+    setgrent();
+    for (const group *entry = getgrent(); entry != nullptr; entry = getgrent()) {
+        GroupEntry &copy = groups.emplace_back(GroupEntry{entry->gr_name, entry->gr_gid, {}});
+        for (char **member = entry->gr_mem; *member != nullptr; ++member)
+            copy.members.emplace_back(*member);
+    }
+    endgrent();
+    return groups;
+}
 
 TEST(GroupMembership, AnswersFromGroupDatabase)
 {
@@ -107,16 +172,11 @@ TEST(GroupMembership, AnswersFromGroupDatabase)
     EXPECT_FALSE(qs::CheckUserGroups("root", nullptr));
 
     // Every member a group lists belongs to it, when such a user exists.
-    std::vector<std::pair<std::string, std::string>> listed;
-    setgrent();
-    for (const group *entry = getgrent(); entry != nullptr; entry = getgrent()) {
-        for (char **member = entry->gr_mem; *member != nullptr; ++member)
-            listed.emplace_back(*member, entry->gr_name);
-    }
-    endgrent();
-    for (const auto &[userName, groupName] : listed) {
-        EXPECT_EQ(qs::CheckUserGroups(userName.c_str(), groupName.c_str()), getpwnam(userName.c_str()) != nullptr)
-            << userName << " in " << groupName;
+    for (const GroupEntry &listing : groupDatabase()) {
+        for (const std::string &userName : listing.members) {
+            EXPECT_EQ(qs::CheckUserGroups(userName.c_str(), listing.name.c_str()), getpwnam(userName.c_str()) != nullptr)
+                << userName << " in " << listing.name;
+        }
     }
 
     // The administrator queries agree.
@@ -128,6 +188,71 @@ TEST(GroupMembership, AnswersFromGroupDatabase)
     EXPECT_EQ(qs::UtilityService::checkIfAdminUser(QString::fromStdString(name)), member);
     EXPECT_FALSE(qs::UtilityService::checkIfAdminUser(std::nullopt));
     EXPECT_FALSE(qs::UtilityService::checkIfAdminUser(QStringLiteral("pde-no-such-user")));
+}
+
+bool lowerCase(const std::string &name)
+{
+    return std::none_of(name.begin(), name.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
+}
+
+// Turns on the case-insensitive name service for a test's length.
+struct CaseInsensitiveNames {
+    CaseInsensitiveNames() { g_caseInsensitiveNames = true; }
+    ~CaseInsensitiveNames() { g_caseInsensitiveNames = false; }
+};
+
+// Machines (CI among them) rarely have a group "admin", so the membership
+// test behind checkIfAdminUser runs against groups every machine has, under
+// a name service that matches names without regard to case: the answer must
+// hold for the exact name only.
+TEST(GroupMembership, MembershipNeedsTheExactNames)
+{
+    const CaseInsensitiveNames caseInsensitive;
+    passwd entry{};
+    std::array<char, 4096> buffer{};
+    passwd *found = nullptr;
+    ASSERT_EQ(getpwnam_r("ROOT", &entry, buffer.data(), buffer.size(), &found), 0);
+    ASSERT_NE(found, nullptr) << "the case-insensitive lookup is not in place";
+
+    const std::vector<GroupEntry> groups = groupDatabase();
+    const passwd *root = getpwnam("root");
+    ASSERT_NE(root, nullptr);
+    const gid_t rootGroup = root->pw_gid;
+    const auto other = std::find_if(groups.begin(), groups.end(), [&](const GroupEntry &g) {
+        return g.id != rootGroup && lowerCase(g.name)
+               && std::find(g.members.begin(), g.members.end(), "root") == g.members.end();
+    });
+    ASSERT_NE(other, groups.end()) << "every group holds root";
+
+    struct Row { const char *name; std::string user, group; bool member; };
+    std::vector<Row> rows = { // names fold to lower case here
+        {"primary group", "root", "root", true},
+        {"not a member", "root", other->name, false},
+        {"empty name", "", "root", false},
+        {"user name in other case", "Root", "root", false},
+        {"group name in other case", "root", "ROOT", false},
+        {"unknown user", "pde-no-such-user", "root", false},
+        {"unknown group", "root", "pde-no-such-group", false},
+    };
+    // A user that a group lists as member, the group not being its primary
+    // one, when the machine has such a group.
+    bool listedMember = false;
+    for (const GroupEntry &g : groups) {
+        for (const std::string &listed : g.members) {
+            const passwd *memberEntry = lowerCase(listed) && lowerCase(g.name) ? getpwnam(listed.c_str()) : nullptr;
+            if (!listedMember && memberEntry != nullptr && memberEntry->pw_gid != g.id) {
+                rows.push_back({"listed member", listed, g.name, true});
+                listedMember = true;
+            }
+        }
+    }
+
+    for (const Row &row : rows) {
+        SCOPED_TRACE(testing::Message() << row.name << ": " << row.user << " in " << row.group);
+        EXPECT_EQ(qs::isMemberOfGroup(QString::fromStdString(row.user), row.group.c_str()), row.member);
+    }
+    if (!listedMember)
+        GTEST_SKIP() << "no group here lists a member; the other rows ran";
 }
 
 TEST(UnicodeBuffer, MeasuresAndConverts)
