@@ -32,6 +32,10 @@ TEST(CopyResolvedIPAddress, WritesAddressTextOrReports)
         {"127.1", 3, "x", 0, ntopError + ntopError + ntopError}, // one result per socket type
         {"fe80::1%lo", 32, std::string("fe80::1%lo\0", 11)},
         {"febf::1%lo", 32, std::string("febf::1%lo\0", 11)},
+        // The interface is added when the address text and its name together
+        // (7 + 2 here) do not exceed the size; "%" and the terminator are not
+        // counted, so at 9 the write, bounded by the size, cuts the name.
+        {"fe80::1%lo", 9, std::string("fe80::1%\0x", 10)},
         {"fe80::1%lo", 8, std::string("fe80::1\0x", 9)},  // the interface does not fit
         {"fe80::1%lo", 7, "x"},                           // the address does not fit
         {"fe80::1%999", 32, std::string("fe80::1\0", 8)}, // an unknown interface
