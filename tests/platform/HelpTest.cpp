@@ -16,6 +16,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <plist/plist.h>
 
 namespace jt = com_norvanta_qs_o_vellumark_pde_JobTypeQTRN;
@@ -32,8 +33,10 @@ struct PageCatcher {
 };
 
 // A registered bundle in `dir` with book `book`, `extra` entries in its
-// Info.plist and the pages opened here.
-pde::Bundle *bundle(const QTemporaryDir &dir, const QByteArray &book, const QByteArray &extra = {})
+// Info.plist, `localized` as its en.lproj/InfoPlist.strings (none when empty)
+// and the pages opened here.
+pde::Bundle *bundle(const QTemporaryDir &dir, const QByteArray &book, const QByteArray &extra = {},
+                    const QByteArray &localized = {})
 {
     static int serial = 0;
     const QString path = dir.filePath(QString::number(++serial));
@@ -41,6 +44,12 @@ pde::Bundle *bundle(const QTemporaryDir &dir, const QByteArray &book, const QByt
         QFile file(path + QStringLiteral("/Contents/Resources/Help/") + QString::fromLatin1(page));
         QDir().mkpath(QFileInfo(file).path());
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    if (!localized.isEmpty()) {
+        QFile strings(path + QStringLiteral("/Contents/Resources/en.lproj/InfoPlist.strings"));
+        QDir().mkpath(QFileInfo(strings).path());
+        EXPECT_TRUE(strings.open(QIODevice::WriteOnly));
+        strings.write(localized);
     }
     QFile info(path + QStringLiteral("/Contents/Info.plist"));
     EXPECT_TRUE(info.open(QIODevice::WriteOnly));
@@ -95,6 +104,35 @@ TEST(HelpBook, PagesOpenInTheBookFound)
     EXPECT_TRUE(g_opened[1].second.path().endsWith(QStringLiteral("/Help/Help/page.html")));
     EXPECT_EQ(g_opened[2].first, QStringLiteral("Main Book"));
     EXPECT_EQ(g_opened[2].second.fragment(), QStringLiteral("top"));
+}
+
+// The bundle renames its book in a language folder (en, the development
+// region, is always searched). Registration, GotoHelpPage and
+// GotoHelpPage2_105 read the localized information dictionary and so open
+// the localized book; GotoHelpPage2_106 reads the raw one.
+TEST(HelpBook, LocalizedOrRawBookName)
+{
+    const PageCatcher catcher;
+    const QTemporaryDir dir;
+    bundle(dir, "Raw Book"); // so that pages opened in the raw book are seen
+    pde::Bundle *localized = bundle(dir, "Raw Book", {}, "\"CFBundleHelpBookName\" = \"Local Book\";\n");
+    const QString page = QStringLiteral("page.html");
+    const struct { const char *name; std::function<void()> open; QString book; } rows[] = {
+        {"GotoHelpPage", [&] { jt::GotoHelpPage(localized, page, std::nullopt); }, QStringLiteral("Local Book")},
+        {"GotoHelpPage2_105",
+         [&] { jt::GotoHelpPage2_105(nullptr, "NVPTHelpBookName", localized, page, std::nullopt); },
+         QStringLiteral("Local Book")},
+        {"GotoHelpPage2_106",
+         [&] { jt::GotoHelpPage2_106(nullptr, "NVPTHelpBookName", localized, QStringLiteral("Help"), page, std::nullopt); },
+         QStringLiteral("Raw Book")},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        g_opened.clear();
+        row.open();
+        ASSERT_EQ(g_opened.size(), 1);
+        EXPECT_EQ(g_opened[0].first, row.book);
+    }
 }
 
 QByteArray registration(const char *url)
