@@ -144,12 +144,15 @@ QByteArray registration(const char *url)
            "</array></dict></plist>\n";
 }
 
-// The binary form of the XML with a keyed-archive reference added, which
-// XML cannot hold.
-QByteArray binaryWithReference(const QByteArray &xml)
+enum class Reference { Without, With };
+
+// The binary form of the XML, with a keyed-archive reference added when
+// asked for, which XML cannot hold.
+QByteArray binary(const QByteArray &xml, Reference reference = Reference::Without)
 {
     const pde::PropertyListNode root = pde::parsePropertyList(xml);
-    plist_dict_set_item(root.get(), "Archive", plist_new_uid(3));
+    if (reference == Reference::With)
+        plist_dict_set_item(root.get(), "Archive", plist_new_uid(3));
     char *data = nullptr;
     uint32_t length = 0;
     plist_to_bin(root.get(), &data, &length);
@@ -165,8 +168,9 @@ TEST(HelpCache, RemovesOnlyAnEntryFromALocalizationFolder)
     const QByteArray savedHome = qgetenv("HOME");
     const QTemporaryDir home;
     qputenv("HOME", QFile::encodeName(home.path()));
-    QDir().mkpath(home.filePath(QStringLiteral("Library/Preferences")));
-    QFile file(home.filePath(QStringLiteral("Library/Preferences/com.apple.help.plist")));
+    const QDir preferences(home.filePath(QStringLiteral("Library/Preferences")));
+    QDir().mkpath(preferences.path());
+    QFile file(preferences.filePath(QStringLiteral("com.apple.help.plist")));
     const QByteArray lproj = registration("file:///b/JobType.plugin/Contents/Resources/en.lproj/Help/");
     // What the removal leaves, in the XML form it is written in.
     const QByteArray left = "<plist version=\"1.0\"><dict><key>RegisteredBooks</key><dict><key>org.example.other</key>"
@@ -175,27 +179,45 @@ TEST(HelpCache, RemovesOnlyAnEntryFromALocalizationFolder)
                             "<string>org.example.help</string></array></dict></plist>";
     const auto asXml = [](const QByteArray &list) { return pde::xmlPropertyList(pde::parsePropertyList(list).get()); };
     const QString id = QStringLiteral("org.example.help");
-    const struct { QByteArray content; std::optional<QString> id; std::optional<QByteArray> after; QStringList messages = {}; } rows[] = {
-        {lproj, id, asXml(left)}, // only the first occurrence leaves the order
-        // Binary input is rewritten as XML, and one that XML cannot hold is written all the same.
-        {binaryWithReference(lproj), id, asXml(binaryWithReference(left)), {QStringLiteral("Illegal Property List.")}},
-        // Anything else leaves the file byte for byte.
-        {registration("file:///b/JobType.plugin/Contents/Resources/Help/"), id, std::nullopt},
-        {lproj, QStringLiteral("org.example.none"), std::nullopt},
-        {lproj, std::nullopt, std::nullopt},
+    const QByteArray noLproj = registration("file:///b/JobType.plugin/Contents/Resources/Help/");
+    // content: the file before (none when nullopt); after: the file after,
+    // nullopt when it must be left byte for byte (or, without one, not made).
+    const struct {
+        const char *name;
+        std::optional<QByteArray> content;
+        std::optional<QString> id;
+        std::optional<QByteArray> after;
+        QStringList messages = {};
+    } rows[] = {
+        {"removed, first in the order only", lproj, id, asXml(left)},
+        {"binary rewritten as XML that cannot hold it", binary(lproj, Reference::With), id,
+         asXml(binary(left, Reference::With)), {QStringLiteral("Illegal Property List.")}},
+        {"url without .lproj", noLproj, id, std::nullopt},
+        {"binary, url without .lproj", binary(noLproj), id, std::nullopt},
+        {"no entry", lproj, QStringLiteral("org.example.none"), std::nullopt},
+        {"no identifier", lproj, std::nullopt, std::nullopt},
+        {"no file", std::nullopt, id, std::nullopt},
     };
     const QtMessageHandler previous = qInstallMessageHandler(
         [](QtMsgType, const QMessageLogContext &, const QString &message) { g_messages.append(message); });
     for (const auto &row : rows) {
-        SCOPED_TRACE(testing::Message() << "row " << &row - rows);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(row.content);
-        file.close();
+        SCOPED_TRACE(row.name);
+        file.remove();
+        if (row.content) {
+            EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+            file.write(*row.content);
+            file.close();
+        }
         g_messages.clear();
         jt::UtilityService::removeHelpCacheForBundleID(row.id);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        EXPECT_EQ(file.readAll(), row.after.value_or(row.content));
-        file.close();
+        // Nothing made beside it either, such as a left-over temporary file.
+        EXPECT_EQ(preferences.entryList(QDir::Files | QDir::Hidden),
+                  row.content ? QStringList{QStringLiteral("com.apple.help.plist")} : QStringList{});
+        if (row.content) {
+            EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+            EXPECT_EQ(file.readAll(), row.after.value_or(*row.content));
+            file.close();
+        }
         EXPECT_EQ(g_messages, row.messages);
     }
     qInstallMessageHandler(previous);
