@@ -88,6 +88,20 @@ struct ParsedEntry {
 // atoi would overflow. A "/" stops it like any other non-digit.
 ParsedEntry parseEntry(std::span<const unsigned char> text, std::size_t from) noexcept
 {
+    // What the encoder writes: an optional minus and one to three digits,
+    // then the separator or the end. Read directly; anything else (white
+    // space, a plus sign, long or stray digits) takes the general reading.
+    std::size_t i = from;
+    const bool negative = i < text.size() && text[i] == '-';
+    if (negative)
+        ++i;
+    int value = 0;
+    const std::size_t digits = i;
+    while (i < text.size() && i - digits < 3 && text[i] >= '0' && text[i] <= '9')
+        value = value * 10 + (text[i++] - '0');
+    if (i > digits && (i == text.size() || text[i] == '/'))
+        return {negative ? -value : value, i};
+
     const LeadingInteger number =
         parseLeadingInteger(text, from, [](unsigned char c) { return isCSpace(codeOf(c)); });
     return {saturatedInt(number.value), number.end};

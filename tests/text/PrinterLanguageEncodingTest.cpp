@@ -77,6 +77,8 @@ TEST(PrinterLanguageEncoding, StoredFormCallsGiveResultAndExactMessage)
         {kDecode, E::ISOLatin1, QStringLiteral("/97//98"), QStringLiteral("a")}, // an empty entry ends
         {kDecode, E::ISOLatin1, QStringLiteral("/ +65x/\t66"), QStringLiteral("AB")},
         {kDecode, E::ISOLatin1, QStringLiteral("/65/-99999999999/66"), QStringLiteral("A")},
+        // Longer than the encoder's entries: read whole, not cut at three digits.
+        {kDecode, E::ISOLatin1, QStringLiteral("/1000/-0065/x"), QStringLiteral(u"\u00ff\u00bf")},
         {kDecode, E::ISOLatin1, QStringLiteral("/97").repeated(85), QString(85, u'a')}, // 255 bytes
         {kDecode, E::ShiftJIS_X0213, QStringLiteral("/97/-126"), std::nullopt}, // not text: no message
         {kDecode, E::UTF8, std::nullopt, std::nullopt, "CopyDecodedString : an argument is NULL.\n"},
