@@ -11,7 +11,79 @@
 namespace pde {
 namespace {
 
-std::optional<QString> decodeText(QByteArrayView data)
+// The length of the well-formed UTF-8 at the start of `bytes`: the offset of
+// the first byte that begins no valid sequence (an overlong form, a
+// surrogate, a code point past U+10FFFF, a stray or missing continuation
+// byte), or `size` when the whole text is valid.
+qsizetype validUtf8Length(const unsigned char *bytes, qsizetype size) noexcept
+{
+    qsizetype pos = 0;
+    while (pos < size) {
+        const unsigned char lead = bytes[pos];
+        if (lead < 0x80) {
+            ++pos;
+            continue;
+        }
+        int continuations = 0;
+        unsigned char low = 0x80; // the range of the first continuation byte
+        unsigned char high = 0xBF;
+        if (lead >= 0xC2 && lead <= 0xDF) {
+            continuations = 1;
+        } else if (lead >= 0xE0 && lead <= 0xEF) {
+            continuations = 2;
+            if (lead == 0xE0)
+                low = 0xA0; // overlong below U+0800
+            else if (lead == 0xED)
+                high = 0x9F; // surrogates
+        } else if (lead >= 0xF0 && lead <= 0xF4) {
+            continuations = 3;
+            if (lead == 0xF0)
+                low = 0x90; // overlong below U+10000
+            else if (lead == 0xF4)
+                high = 0x8F; // past U+10FFFF
+        } else {
+            return pos;
+        }
+        if (size - pos <= continuations || bytes[pos + 1] < low || bytes[pos + 1] > high)
+            return pos;
+        for (int i = 2; i <= continuations; ++i) {
+            if (bytes[pos + i] < 0x80 || bytes[pos + i] > 0xBF)
+                return pos;
+        }
+        pos += continuations + 1;
+    }
+    return size;
+}
+
+// The length in bytes of the well-formed UTF-16 at the start of `bytes`: up
+// to the first lone surrogate or an odd trailing byte.
+qsizetype validUtf16Length(const unsigned char *bytes, qsizetype size, bool bigEndian) noexcept
+{
+    const auto unit = [bytes, bigEndian](qsizetype pos) {
+        return bigEndian ? char16_t(bytes[pos] << 8 | bytes[pos + 1]) : char16_t(bytes[pos + 1] << 8 | bytes[pos]);
+    };
+    qsizetype pos = 0;
+    while (size - pos >= 2) {
+        const char16_t u = unit(pos);
+        if (QChar::isLowSurrogate(u))
+            return pos;
+        if (QChar::isHighSurrogate(u)) {
+            if (size - pos < 4 || !QChar::isLowSurrogate(unit(pos + 2)))
+                return pos;
+            pos += 4;
+        } else {
+            pos += 2;
+        }
+    }
+    return pos;
+}
+
+struct DecodedText {
+    QString text;                      // the text up to the first invalid sequence
+    std::optional<QString> invalidity; // what is wrong there, when something is
+};
+
+DecodedText decodeText(QByteArrayView data)
 {
     const auto bytes = reinterpret_cast<const unsigned char *>(data.data());
     const qsizetype size = data.size();
@@ -26,11 +98,18 @@ std::optional<QString> decodeText(QByteArrayView data)
     } else if (size >= 3 && bytes[0] == 0xEF && bytes[1] == 0xBB && bytes[2] == 0xBF) {
         skip = 3;
     }
+    const bool utf8 = encoding == QStringDecoder::Utf8;
+    const qsizetype valid = utf8 ? validUtf8Length(bytes + skip, size - skip)
+                                 : validUtf16Length(bytes + skip, size - skip, encoding == QStringDecoder::Utf16BE);
+    // Only well-formed bytes reach the decoder, so it has nothing to refuse.
     QStringDecoder decoder(encoding, QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
-    QString text = decoder(data.sliced(skip));
-    if (decoder.hasError())
-        return std::nullopt;
-    return text;
+    DecodedText decoded{decoder(data.sliced(skip, valid)), std::nullopt};
+    if (skip + valid < size) {
+        decoded.invalidity = (utf8 ? QStringLiteral("invalid UTF-8 at byte %1")
+                                   : QStringLiteral("invalid UTF-16 (a lone surrogate or an odd last byte) at byte %1"))
+                                 .arg(skip + valid);
+    }
+    return decoded;
 }
 
 bool isUnquotedCharacter(QChar c) noexcept
@@ -57,6 +136,10 @@ class Parser
 {
 public:
     explicit Parser(const QString &text) : m_text(text) {}
+
+    // Whether the fault was found only at the end of the text: in a text cut
+    // short there, the cut is the real fault.
+    bool failedAtEnd() const noexcept { return m_failedAtEnd; }
 
     StringsTable run()
     {
@@ -102,8 +185,10 @@ private:
 
     void fail(const QString &message, int line = 0)
     {
-        if (!m_error)
+        if (!m_error) {
             m_error = StringsTableError{line > 0 ? line : m_line, message};
+            m_failedAtEnd = atEnd();
+        }
     }
 
     // Skips white space and comments; false after an unterminated comment.
@@ -222,16 +307,23 @@ private:
     qsizetype m_pos = 0;
     int m_line = 1;
     std::optional<StringsTableError> m_error;
+    bool m_failedAtEnd = false;
 };
 
 } // namespace
 
 StringsTable parseStringsTable(QByteArrayView data)
 {
-    const std::optional<QString> text = decodeText(data);
-    if (!text)
-        return StringsTable{{}, StringsTableError{1, QStringLiteral("the text is neither UTF-8 nor UTF-16 with a byte-order mark")}};
-    return Parser(*text).run();
+    // The text before an invalid sequence is parsed like a whole table, so
+    // its pairs stay usable. A statement that the invalid sequence cuts short
+    // makes the parser fail at the end of that text; the invalid sequence is
+    // then the fault to report, on its own line.
+    const DecodedText decoded = decodeText(data);
+    Parser parser(decoded.text);
+    StringsTable table = parser.run();
+    if (decoded.invalidity && (!table.error || parser.failedAtEnd()))
+        table.error = StringsTableError{static_cast<int>(decoded.text.count(u'\n')) + 1, *decoded.invalidity};
+    return table;
 }
 
 std::optional<QHash<QString, QString>> loadStringsTable(const QString &path)

@@ -31,7 +31,9 @@ struct StringsTable {
 // \NNN) or unquoted runs of letters, digits and _$+/:.- characters; /* */
 // and // comments may stand between tokens. A later pair replaces an earlier
 // one with the same key. Parsing stops at the first fault, which is reported
-// in `error`; it never fails otherwise.
+// in `error`; it never fails otherwise. A byte sequence that is not valid in
+// the text's encoding is such a fault, on the line where it starts: the
+// statements complete before it are kept, one that it cuts short is not.
 PDEKIT_EXPORT StringsTable parseStringsTable(QByteArrayView data);
 
 // Reads and parses the table file at `path`. Returns nullopt when the file

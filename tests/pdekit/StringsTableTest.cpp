@@ -6,12 +6,25 @@
 
 #include <QStringEncoder>
 
+#include <string_view>
+
 namespace {
 
 using namespace Qt::StringLiterals;
 using Pairs = QHash<QString, QString>;
 
 const Pairs kA{{u"a"_s, u"1"_s}};
+
+// The text in UTF-16 after its byte-order mark; lone surrogates stay as they are.
+QByteArray utf16(std::u16string_view text, bool bigEndian = false)
+{
+    QByteArray bytes = bigEndian ? QByteArray("\xfe\xff") : QByteArray("\xff\xfe");
+    for (const char16_t unit : text) {
+        const char high = static_cast<char>(unit >> 8), low = static_cast<char>(unit & 0xff);
+        bytes.append(bigEndian ? high : low).append(bigEndian ? low : high);
+    }
+    return bytes;
+}
 
 TEST(StringsTable, KeepsThePairsBeforeAFaultAndReportsItsLine)
 {
@@ -37,7 +50,17 @@ TEST(StringsTable, KeepsThePairsBeforeAFaultAndReportsItsLine)
         {"lines counted in comments", "/* 1\n2\n3 */ \"a\" = \"1\"; // 3\n\"b\" = ;", 4, kA},
         {"lines counted in values", "\"a\" = \"x\ny\\\nz\";\n!", 4, {{u"a"_s, u"x\ny\nz"_s}}},
         {"CR LF lines", "\"a\" = \"1\";\r\n\r\n\"b\" = ;", 3, kA},
-        {"invalid UTF-8", "\"a\" = \"1\";\n\"b\" = \"\xff\";", 1, {}},
+        // An invalid sequence is the fault on its own line; what it cuts short is lost.
+        {"invalid UTF-8 byte in a value", "\"a\" = \"1\";\n\"b\" = \"\xff\";", 2, kA},
+        {"invalid UTF-8 byte first", "\xff\"a\" = \"1\";", 1, {}},
+        {"invalid UTF-8 after a whole pair", "\"a\" = \"1\";\n\n\x80", 3, kA},
+        {"overlong UTF-8", "\"a\" = \"1\";\n\"b\" = \"\xc0\xaf\";", 2, kA},
+        {"UTF-8 of a surrogate", "\"a\" = \"1\";\n\"b\" = \"\xed\xa0\x80\";", 2, kA},
+        {"UTF-8 cut at the end", "\"a\" = \"1\";\n\"b\" = \"\xe8\xad", 2, kA},
+        {"syntax fault before an invalid byte", "\"a\" = \"1\";\n\"b\" \"2\";\n\xff", 2, kA},
+        {"lone surrogate in UTF-16", utf16(u"\"a\" = \"1\";\n\"b\" = \"\xD800\";"), 2, kA},
+        {"lone low surrogate in UTF-16", utf16(u"\"a\" = \"1\";\n\n\"b\" = \"\xDC00\";", true), 3, kA},
+        {"odd last byte in UTF-16", utf16(u"\"a\" = \"1\";\n") + 'x', 2, kA},
     };
     for (const auto &row : rows) {
         const pde::StringsTable table = pde::parseStringsTable(row.text);
