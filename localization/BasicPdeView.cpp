@@ -91,7 +91,9 @@ void BasicPdeView::localizeControl(QWidget *control)
 {
     if (control == nullptr)
         return;
-    if (isExactly<QComboBox>(control)) {
+    if (isExactly<QComboBox>(control) && !static_cast<QComboBox *>(control)->isEditable()) {
+        // An editable combo box is a text field with a list, not a pop-up:
+        // retitling its current item would overwrite what the user typed.
         localizePopup(static_cast<QComboBox *>(control));
     } else if (isExactly<QLabel>(control)) {
         localizeTextField(control);

@@ -54,11 +54,13 @@ public:
     // is not the view itself), then each child widget through localizeControl.
     void localizeAllControls();
 
-    // By exact class (a subclass takes the last path): QComboBox items;
-    // QLabel, and QLineEdit when read-only, texts (an editable QLineEdit is
-    // left alone, and one that hides its text takes the last path); QPushButton, QCheckBox, QRadioButton titles; QTableWidget
-    // column headers; QTabWidget tab labels and pages. Any other widget: its
-    // "title" property when it has a writable one, then its child widgets.
+    // By exact class (a subclass takes the last path): QComboBox items, when
+    // it is not editable (an editable one takes the last path); QLabel, and
+    // QLineEdit when read-only, texts (an editable QLineEdit is left alone,
+    // and one that hides its text takes the last path); QPushButton,
+    // QCheckBox, QRadioButton titles; QTableWidget column headers; QTabWidget
+    // tab labels and pages. Any other widget: its "title" property when it
+    // has a writable one, then its child widgets.
     void localizeControl(QWidget *control);
     void localizeTextField(QWidget *field);
     void localizeButton(QAbstractButton *button);

@@ -143,6 +143,10 @@ TEST(ControlLocalization, WalkTranslatesLabelsButtonsAndTitlesFromThePpdsTableFi
     const auto child = [view](const char *name) { return view->findChild<QWidget *>(QString::fromLatin1(name)); };
     auto *popup = qobject_cast<QComboBox *>(child("sizePopup")); // in a group box on a tab page
     popup->setCurrentIndex(2);
+    // An editable combo box is a field: what the user typed over its current
+    // item stays, and so do its items.
+    auto *typed = qobject_cast<QComboBox *>(child("typedPopup"));
+    typed->setEditText(u"Name"_s);
     view->localizeAllControls();
 
     const std::pair<const char *, QString> rows[] = {
@@ -152,6 +156,7 @@ TEST(ControlLocalization, WalkTranslatesLabelsButtonsAndTitlesFromThePpdsTableFi
         {"collateCheck", u"丁合い"_s},     {"draftRadio", u"下書き"_s}, // on the tab not shown
         {"applyButton", u"適用する"_s},    {"fancyButton", u"Apply"_s}, // model table; a subclass
         {"serialLabel", u"Serial Number"_s}, // in no table
+        {"typedPopup", u"Name"_s},           // editable: the user's text
     };
     for (const auto &[object, expected] : rows)
         EXPECT_EQ(shownText(child(object)), expected) << object;
@@ -160,6 +165,7 @@ TEST(ControlLocalization, WalkTranslatesLabelsButtonsAndTitlesFromThePpdsTableFi
     EXPECT_EQ((QStringList{popup->itemText(0), popup->itemText(1), popup->itemText(2)}),
               (QStringList{u"小"_s, u"大"_s, u"特大"_s}));
     EXPECT_EQ(popup->currentIndex(), 2);
+    EXPECT_EQ((QStringList{typed->itemText(0), typed->itemText(1)}), (QStringList{u"Small"_s, u"Large"_s}));
     const auto *table = qobject_cast<QTableWidget *>(child("jobTable"));
     EXPECT_EQ((QStringList{table->horizontalHeaderItem(0)->text(), table->horizontalHeaderItem(1)->text(),
                            table->verticalHeaderItem(0)->text(), table->item(0, 0)->text()}),
