@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QHash>
 #include <QMetaMethod>
+#include <QPointer>
 #include <QUiLoader>
 #include <QWidget>
 
@@ -146,9 +147,13 @@ private:
 
     bool rollBack()
     {
-        // The owner must not keep pointers into objects that are about to go.
+        // The owner must not keep pointers into objects that are about to go,
+        // nor the adapters and bindings the load gave it.
         for (const QMetaProperty &outlet : m_ownerOutlets)
             outlet.write(m_owner, QVariant(outlet.metaType()));
+        for (const QPointer<QObject> &made : m_madeOnOwner)
+            delete made.data();
+        m_madeOnOwner.clear();
         m_objects.clear();
         m_root.reset();
         return false;
@@ -248,8 +253,7 @@ private:
         return true;
     }
 
-    static bool connectAction(QObject *sender, const QString &signalName, QObject *receiver,
-                              const QString &methodName)
+    bool connectAction(QObject *sender, const QString &signalName, QObject *receiver, const QString &methodName)
     {
         const QList<QMetaMethod> signalList = methodsNamed(sender->metaObject(), signalName, true);
         const QList<QMetaMethod> methods = methodsNamed(receiver->metaObject(), methodName, false);
@@ -264,6 +268,10 @@ private:
             if (method.parameterCount() == 1 && method.parameterMetaType(0) == QMetaType::fromType<QObject *>()
                 && !signalList.isEmpty()) {
                 auto *adapter = new ActionAdapter(sender, receiver, method);
+                // An adapter on a nib object goes with it; one on the owner
+                // would outlive a failed load.
+                if (sender == m_owner)
+                    m_madeOnOwner.emplace_back(adapter);
                 const QMetaMethod trigger =
                     ActionAdapter::staticMetaObject.method(ActionAdapter::staticMetaObject.indexOfSlot("trigger()"));
                 return QObject::connect(sender, signalList.first(), adapter, trigger);
@@ -290,6 +298,13 @@ private:
             if (!bindProperty(widget, control->second.toUtf8(), object, source->second.toUtf8(),
                               twoWay ? BindingDirection::TwoWay : BindingDirection::ToControl, &error))
                 return fail(QStringLiteral("binding \"%1\": %2").arg(line, error));
+            // A binding lives on its control: the newest child of the owner
+            // when the owner is the control.
+            if (widget == m_owner) {
+                const auto bindings = widget->findChildren<PropertyBinding *>(Qt::FindDirectChildrenOnly);
+                if (!bindings.isEmpty())
+                    m_madeOnOwner.emplace_back(bindings.last());
+            }
         }
         return true;
     }
@@ -314,6 +329,7 @@ private:
     std::vector<std::unique_ptr<QObject>> m_objects;
     QHash<QString, QObject *> m_names;
     std::vector<QMetaProperty> m_ownerOutlets;
+    std::vector<QPointer<QObject>> m_madeOnOwner;
 };
 
 } // namespace

@@ -41,8 +41,8 @@ public:
     // widgets), and appends the root widget and the declared objects to
     // `topLevelObjects`, which owns them from then on. Returns false, logging
     // the nib and the fault, when the nib is missing or malformed or a
-    // declaration cannot be made; then nothing is kept and no outlet of the
-    // owner is left set.
+    // declaration cannot be made; then nothing is kept, nothing the load made
+    // is left on the owner and no outlet of the owner is left set.
     static bool load(const Bundle &bundle, const QString &name, QObject *owner,
                      TopLevelObjects *topLevelObjects);
 

@@ -24,8 +24,9 @@ using testsupport::TestBundle;
 using Extra = std::pair<QString, QString>;
 
 // A view that declares a model and a controller, connects them to the owner
-// and the controls, and binds each kind of control property.
-QByteArray panelUi(const Extra &extra = {}, const QString &labelText = u"Name"_s)
+// and the controls, and binds each kind of control property; the extra
+// declarations come after the view's own, in their order.
+QByteArray panelUi(const std::vector<Extra> &extras = {}, const QString &labelText = u"Name"_s)
 {
     const std::pair<QString, QStringList> declarations[] = {
         {u"nibObjects"_s, {u"Model model"_s, u"Controller controller"_s}},
@@ -42,8 +43,10 @@ QByteArray panelUi(const Extra &extra = {}, const QString &labelText = u"Name"_s
     QString ui = u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                  "<ui version=\"4.0\"><class>Panel</class><widget class=\"View\" name=\"panelView\">"_s;
     for (auto [property, lines] : declarations) {
-        if (property == extra.first)
-            lines.append(extra.second);
+        for (const auto &[extraProperty, line] : extras) {
+            if (property == extraProperty)
+                lines.append(line);
+        }
         ui += u"<property name=\"%1\" stdset=\"0\"><stringlist>"_s.arg(property);
         for (const QString &line : lines)
             ui += u"<string>%1</string>"_s.arg(line.toHtmlEscaped());
@@ -189,22 +192,36 @@ TEST_F(NibTest, ActionsCallMethodsWithAndWithoutTheSender)
     EXPECT_EQ(controller->lastSender, child<QPushButton>("defaultsButton"));
 }
 
-TEST(NibLoad, FailureKeepsNothingAndLeavesTheOwnersOutletUnset)
+TEST(NibLoad, FailureKeepsNothingAndLeavesTheOwnerAsItWas)
 {
-    const std::pair<const char *, QByteArray> rows[] = {
+    const Extra failingBinding{u"nibBindings"_s, u"nameLabel.text <-> model.name"_s};
+    const struct {
+        const char *name;
+        QByteArray ui;
+        QString nib = u"Panel"_s;
+    } rows[] = {
+        {"nib missing", panelUi(), u"Absent"_s},
         {"not XML", "this is not a ui file"},
-        {"unknown class", panelUi({u"nibObjects"_s, u"Missing missing"_s})},
-        {"outlet of the wrong type", panelUi({u"nibOutlets"_s, u"controller.model = controller"_s})},
-        {"action without method", panelUi({u"nibActions"_s, u"applyButton.clicked -> controller.nothing"_s})},
-        {"two-way binding of a label", panelUi({u"nibBindings"_s, u"nameLabel.text <-> model.name"_s})},
+        {"unknown class", panelUi({{u"nibObjects"_s, u"Missing missing"_s}})},
+        {"outlet of the wrong type", panelUi({{u"nibOutlets"_s, u"controller.model = controller"_s}})},
+        {"action without method", panelUi({{u"nibActions"_s, u"applyButton.clicked -> controller.nothing"_s}})},
+        {"two-way binding of a label", panelUi({failingBinding})},
+        // What the load hung on the owner goes with the rest.
+        {"owner sends an action", panelUi({{u"nibActions"_s, u"File's Owner.poked -> controller.clickDefaults"_s},
+                                           failingBinding})},
+        {"owner is bound", panelUi({{u"nibBindings"_s, u"File's Owner.enabled <- model.flag"_s}, failingBinding})},
     };
-    for (const auto &[name, ui] : rows) {
+    for (const auto &row : rows) {
         TestBundle files;
         Owner owner;
         pde::Nib::TopLevelObjects objects;
-        EXPECT_FALSE(pde::Nib::load(*panelBundle(files, ui), u"Panel"_s, &owner, &objects)) << name;
-        EXPECT_TRUE(objects.empty()) << name;
-        EXPECT_EQ(owner.controller, nullptr) << name;
+        nibtest::made.clear();
+        EXPECT_FALSE(pde::Nib::load(*panelBundle(files, row.ui), row.nib, &owner, &objects)) << row.name;
+        EXPECT_TRUE(objects.empty()) << row.name;
+        EXPECT_EQ(owner.controller, nullptr) << row.name;
+        EXPECT_TRUE(owner.children().isEmpty()) << row.name;
+        for (const QPointer<QObject> &object : nibtest::made)
+            EXPECT_EQ(object, nullptr) << row.name;
     }
 }
 

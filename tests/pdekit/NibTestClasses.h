@@ -5,14 +5,20 @@
 
 #include <QColor>
 #include <QLineEdit>
+#include <QPointer>
 #include <QStringList>
 #include <QVariant>
 #include <QWidget>
+
+#include <vector>
 
 namespace nibtest {
 
 // Which objects woke from the nib, in order.
 inline QStringList awakeLog;
+// The declared objects and root views made, so a test can see that a failed
+// load destroyed them.
+inline std::vector<QPointer<QObject>> made;
 
 class Model : public QObject
 {
@@ -23,6 +29,7 @@ class Model : public QObject
     Q_PROPERTY(QColor captionColor MEMBER m_color NOTIFY captionColorChanged)
 
 public:
+    Model() { made.emplace_back(this); }
     Q_INVOKABLE void awakeFromNib() { awakeLog.append(objectName()); }
 
 Q_SIGNALS:
@@ -51,6 +58,7 @@ public:
     int applied = 0;
     QObject *lastSender = nullptr;
 
+    Controller() { made.emplace_back(this); }
     Q_INVOKABLE void awakeFromNib() { awakeLog.append(objectName()); }
 
 public Q_SLOTS:
@@ -58,13 +66,17 @@ public Q_SLOTS:
     void clickDefaults(QObject *sender) { lastSender = sender; }
 };
 
-class Owner : public QObject
+// A widget, so that a nib can bind the owner's own properties too.
+class Owner : public QWidget
 {
     Q_OBJECT
     Q_PROPERTY(nibtest::Controller *controller MEMBER controller)
 
 public:
     Controller *controller = nullptr;
+
+Q_SIGNALS:
+    void poked();
 };
 
 class View : public QWidget
@@ -72,7 +84,7 @@ class View : public QWidget
     Q_OBJECT
 
 public:
-    using QWidget::QWidget;
+    explicit View(QWidget *parent = nullptr) : QWidget(parent) { made.emplace_back(this); }
     Q_INVOKABLE void awakeFromNib() { awakeLog.append(objectName()); }
 };
 
