@@ -7,7 +7,9 @@
 #include "pdekit/Bundle.h"
 #include "pdekit/PdeKitLogging.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 #include <QMetaMethod>
 #include <QPointer>
@@ -165,6 +167,8 @@ private:
         if (!file.open(QIODevice::ReadOnly))
             return fail(QStringLiteral("cannot be read: %1").arg(file.errorString()));
         BundleUiLoader loader(m_bundle);
+        // Relative paths in the .ui (pixmaps, icons) name files beside it.
+        loader.setWorkingDirectory(QFileInfo(m_path).absoluteDir());
         m_root.reset(loader.load(&file));
         if (!loader.error().isEmpty())
             return fail(loader.error());

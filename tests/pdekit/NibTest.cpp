@@ -6,8 +6,10 @@
 
 #include "pdekit/Nib.h"
 
+#include <QBuffer>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QImage>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
@@ -190,6 +192,26 @@ TEST_F(NibTest, ActionsCallMethodsWithAndWithoutTheSender)
     QTest::mouseClick(child<QPushButton>("defaultsButton"), Qt::LeftButton);
     EXPECT_EQ(controller->applied, 1);
     EXPECT_EQ(controller->lastSender, child<QPushButton>("defaultsButton"));
+}
+
+// A relative file name in a .ui names a file beside the .ui, wherever the
+// process runs.
+TEST(NibLoad, PixmapsAreReadFromTheNibsFolder)
+{
+    QImage image(4, 4, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray png;
+    QBuffer buffer(&png);
+    ASSERT_TRUE(buffer.open(QIODevice::WriteOnly) && image.save(&buffer, "PNG"));
+    TestBundle files;
+    files.info({}).resource(u"Logo.png"_s, png).resource(u"Logo.ui"_s, R"(<ui version="4.0"><widget class="QLabel" name="logo">
+ <property name="pixmap"><pixmap>Logo.png</pixmap></property></widget></ui>)");
+    ASSERT_FALSE(QFileInfo::exists(u"Logo.png"_s)); // not in the working directory
+    pde::Nib::TopLevelObjects objects;
+    ASSERT_TRUE(pde::Nib::load(*files.open(), u"Logo"_s, nullptr, &objects));
+    const auto *logo = qobject_cast<QLabel *>(objects.front().get());
+    ASSERT_NE(logo, nullptr);
+    EXPECT_FALSE(logo->pixmap().isNull());
 }
 
 TEST(NibLoad, FailureKeepsNothingAndLeavesTheOwnerAsItWas)
