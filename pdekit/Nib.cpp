@@ -13,6 +13,7 @@
 #include <QHash>
 #include <QMetaMethod>
 #include <QPointer>
+#include <QSet>
 #include <QUiLoader>
 #include <QWidget>
 
@@ -36,7 +37,20 @@ public:
 
     QWidget *createWidget(const QString &className, QWidget *parent, const QString &name) override
     {
-        if (m_bundle != nullptr && m_bundle->classes().contains(className)) {
+        const bool registered = m_bundle != nullptr && m_bundle->classes().contains(className);
+        const bool root = !m_rootSeen;
+        m_rootSeen = true;
+        // For a class it cannot make, QUiLoader would make the class the .ui
+        // says it extends. The root is the view the nib's code works on
+        // (outlets, awakeFromNib), so a stand-in there would leave that code
+        // talking to a plain widget: an unregistered class of the panel's own
+        // is an error. Qt's own classes need no registration.
+        if (root && !registered && !qtWidgetClasses().contains(className)) {
+            m_error = QStringLiteral("the class %1 of the root widget %2 is not registered by the bundle")
+                          .arg(className, name);
+            return nullptr;
+        }
+        if (registered) {
             QObject *object = m_bundle->classes().create(className, parent);
             auto *widget = qobject_cast<QWidget *>(object);
             if (widget == nullptr) {
@@ -53,7 +67,18 @@ public:
     const QString &error() const { return m_error; }
 
 private:
+    // The widget classes QUiLoader makes itself; the same for every load.
+    const QSet<QString> &qtWidgetClasses() const
+    {
+        static const QSet<QString> classes = [this] {
+            const QStringList names = availableWidgets();
+            return QSet<QString>(names.cbegin(), names.cend());
+        }();
+        return classes;
+    }
+
     const Bundle *m_bundle;
+    bool m_rootSeen = false;
     QString m_error;
 };
 

@@ -232,6 +232,9 @@ TEST(NibLoad, FailureKeepsNothingAndLeavesTheOwnerAsItWas)
         {"owner sends an action", panelUi({{u"nibActions"_s, u"File's Owner.poked -> controller.clickDefaults"_s},
                                            failingBinding})},
         {"owner is bound", panelUi({{u"nibBindings"_s, u"File's Owner.enabled <- model.flag"_s}, failingBinding})},
+        // Qt would make a plain QWidget in place of the panel's own class.
+        {"root class not registered",
+         panelUi().replace("class=\"View\"", "class=\"Stranger\"").replace("<class>View<", "<class>Stranger<")},
     };
     for (const auto &row : rows) {
         TestBundle files;
