@@ -3,6 +3,7 @@
 #include "pdekit/Binding.h"
 
 #include <QAbstractButton>
+#include <QButtonGroup>
 #include <QColor>
 #include <QComboBox>
 #include <QLineEdit>
@@ -16,6 +17,28 @@ const QByteArray kCurrentIndex = QByteArrayLiteral("currentIndex");
 const QByteArray kChecked = QByteArrayLiteral("checked");
 const QByteArray kEnabled = QByteArrayLiteral("enabled");
 const QByteArray kCaptionColor = QByteArrayLiteral("captionColor");
+
+// The other buttons whose check takes the check away from `button`: those of
+// its exclusive button group, or, outside any group, the other auto-exclusive
+// buttons of its parent.
+QList<QAbstractButton *> exclusiveSiblings(QAbstractButton *button)
+{
+    QList<QAbstractButton *> siblings;
+    if (!button->isCheckable())
+        return siblings;
+    if (const QButtonGroup *group = button->group()) {
+        if (group->exclusive())
+            siblings = group->buttons();
+    } else if (button->autoExclusive() && button->parentWidget() != nullptr) {
+        for (QAbstractButton *candidate :
+             button->parentWidget()->findChildren<QAbstractButton *>(Qt::FindDirectChildrenOnly)) {
+            if (candidate->autoExclusive() && candidate->group() == nullptr)
+                siblings.append(candidate);
+        }
+    }
+    siblings.removeAll(button);
+    return siblings;
+}
 
 } // namespace
 
@@ -54,8 +77,12 @@ bool bindProperty(QWidget *control, const QByteArray &controlProperty, QObject *
             QObject::connect(static_cast<QComboBox *>(control), &QComboBox::activated, binding,
                              &PropertyBinding::controlEdited);
         } else if (controlProperty == kChecked && qobject_cast<QAbstractButton *>(control) != nullptr) {
-            QObject::connect(static_cast<QAbstractButton *>(control), &QAbstractButton::clicked,
-                             binding, &PropertyBinding::controlEdited);
+            auto *button = static_cast<QAbstractButton *>(control);
+            QObject::connect(button, &QAbstractButton::clicked, binding, &PropertyBinding::controlEdited);
+            // A click on a button exclusive with this one unchecks it without
+            // a click of its own; the binding hears that click too.
+            for (QAbstractButton *sibling : exclusiveSiblings(button))
+                QObject::connect(sibling, &QAbstractButton::clicked, binding, &PropertyBinding::siblingClicked);
         } else {
             delete binding;
             return fail(QStringLiteral("\"%1\" of %2 cannot be edited by the user; bind it one way (<-)")
@@ -174,6 +201,17 @@ void PropertyBinding::controlEdited()
     if (m_showing || !m_object)
         return;
     m_objectProperty.write(m_object, controlValue());
+}
+
+void PropertyBinding::siblingClicked()
+{
+    if (m_showing || !m_object)
+        return;
+    // Only a change is written: the sibling's click may have left this
+    // button as it was.
+    const bool checked = m_control->property(kChecked.constData()).toBool();
+    if (m_objectProperty.read(m_object).toBool() != checked)
+        m_objectProperty.write(m_object, checked);
 }
 
 } // namespace pde

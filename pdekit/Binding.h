@@ -27,7 +27,9 @@ enum class BindingDirection {
 //   text          a QLineEdit's (two-way: typed text), or any text property;
 //   currentIndex  a QComboBox's selection (two-way: the user's choice); a
 //                 value that is not an index of an item leaves no selection;
-//   checked       a button's state (two-way: the user's click);
+//   checked       a button's state (two-way: the user's click on it, or on
+//                 a button exclusive with it that unchecked it, as the
+//                 exclusive group or auto-exclusive siblings are when bound);
 //   enabled       whether the control takes input;
 //   captionColor  the control's text colour (a QColor; invalid restores the
 //                 palette's own).
@@ -68,6 +70,9 @@ public:
 public Q_SLOTS:
     void objectChanged();
     void controlEdited();
+    // A click on a button exclusive with the control: writes the control's
+    // checked state when that click changed it.
+    void siblingClicked();
 
 private:
     void show(const QVariant &value);
