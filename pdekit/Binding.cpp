@@ -176,8 +176,9 @@ void PropertyBinding::show(const QVariant &value)
             m_control->setPalette(m_originalPalette);
         } else if (m_control->palette().color(QPalette::Active, role) != color
                    || m_control->palette().color(QPalette::Disabled, role) != color) {
-            // A palette that sets only this role: the rest stays inherited.
-            QPalette palette;
+            // The control's own palette with only this role changed: roles
+            // the .ui set stay, the others stay inherited.
+            QPalette palette = m_originalPalette;
             palette.setColor(role, color);
             m_control->setPalette(palette);
         }

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Bindings made directly: exclusive radio buttons clicked by the user.
+// Bindings made directly: exclusive radio buttons clicked by the user, and
+// the caption colour over a palette the control already had.
 #include "NibTestClasses.h"
 #include "TestBundle.h"
 
 #include "pdekit/Binding.h"
 
 #include <QButtonGroup>
+#include <QLabel>
 #include <QRadioButton>
 #include <QTest>
 #include <QVBoxLayout>
@@ -82,6 +84,33 @@ TEST(Binding, ClickingAnExclusiveRadioWritesBackTheRadiosItUnchecked)
                 << setup << ": " << step.name;
         }
     }
+}
+
+// A .ui may give a label palette roles of its own; the caption colour
+// changes only the text's role, and the roles the label never set still
+// follow its parent.
+TEST(Binding, CaptionColourKeepsTheLabelsOtherPaletteRoles)
+{
+    QWidget parent;
+    auto *label = new QLabel(u"Caption"_s, &parent);
+    QPalette own = label->palette();
+    own.setColor(QPalette::Window, Qt::yellow);
+    label->setPalette(own);
+    const QColor originalText = label->palette().color(label->foregroundRole());
+    Model model;
+    ASSERT_TRUE(pde::bindProperty(label, "captionColor", &model, "captionColor", pde::BindingDirection::ToControl));
+
+    model.setProperty("captionColor", QColor(Qt::red));
+    QPalette parentPalette = parent.palette();
+    parentPalette.setColor(QPalette::Base, Qt::green);
+    parent.setPalette(parentPalette);
+    EXPECT_EQ(label->palette().color(label->foregroundRole()), QColor(Qt::red));
+    EXPECT_EQ(label->palette().color(QPalette::Window), QColor(Qt::yellow));
+    EXPECT_EQ(label->palette().color(QPalette::Base), QColor(Qt::green));
+
+    model.setProperty("captionColor", QColor());
+    EXPECT_EQ(label->palette().color(label->foregroundRole()), originalText);
+    EXPECT_EQ(label->palette().color(QPalette::Window), QColor(Qt::yellow));
 }
 
 } // namespace
