@@ -10,10 +10,16 @@
 
 namespace pde {
 
-// Language tags ("ja_JP", "en") from LANGUAGE (a colon-separated list),
-// LC_ALL, LC_MESSAGES and LANG, in that order, then Qt's UI languages;
-// encodings and modifiers dropped, "C" and "POSIX" skipped, no duplicates.
-// A host that lets the user choose (a --lang option) overrides the list.
+// Language tags ("ja_JP", "en"), best first, without duplicates:
+//   1. each entry of LANGUAGE, a colon-separated list, in its order;
+//   2. the locale in effect for messages, found as POSIX finds it: the first
+//      of LC_ALL, LC_MESSAGES and LANG that is set and not empty, and only
+//      that one, so LC_ALL=C hides LANG;
+//   3. Qt's UI languages of the system locale (Qt reads them from the
+//      environment once per process).
+// Every value loses its ".codeset" and "@modifier" ("ja_JP.UTF-8@x" gives
+// "ja_JP"); "C", "POSIX" and empty values give nothing. A host that lets the
+// user choose (a --lang option) overrides the whole list.
 PDEKIT_EXPORT QStringList preferredLanguages();
 
 // Replaces the list that preferredLanguages() gives; nullopt restores the
