@@ -51,6 +51,11 @@ struct Tree {
     QComboBox *popup = nullptr;
     QTabWidget *tabs = nullptr;
     QGroupBox *group = nullptr;
+    // The translations of the pop-up's items, the tab's label and the box's
+    // title, looked up once so that the baseline only sets texts.
+    QStringList popupTranslations;
+    QString tabTranslation;
+    QString groupTranslation;
 
     Tree()
     {
@@ -111,6 +116,10 @@ struct Tree {
                 continue;
             texts.push_back({widget, key, bundle->localizedStringForKey(key, {}, {})});
         }
+        for (int i = 0; i < popup->count(); ++i)
+            popupTranslations.append(bundle->localizedStringForKey(kKeys[i + 1], {}, {}));
+        tabTranslation = bundle->localizedStringForKey(kKeys[15], {}, {});
+        groupTranslation = bundle->localizedStringForKey(kKeys[13], {}, {});
         view->localizeAllControls(); // reads and caches the table
     }
 
@@ -139,9 +148,9 @@ struct Tree {
         for (const Text &text : texts)
             setText(text.widget, text.translation);
         for (int i = 0; i < popup->count(); ++i)
-            popup->setItemText(i, bundle->localizedStringForKey(kKeys[i + 1], {}, {}));
-        tabs->setTabText(0, bundle->localizedStringForKey(kKeys[15], {}, {}));
-        group->setTitle(bundle->localizedStringForKey(kKeys[13], {}, {}));
+            popup->setItemText(i, popupTranslations[i]);
+        tabs->setTabText(0, tabTranslation);
+        group->setTitle(groupTranslation);
     }
 };
 
