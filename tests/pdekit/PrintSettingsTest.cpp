@@ -47,8 +47,11 @@ TEST(PrintSettings, SettingAgainKeepsThePositionAndTakesTheNewLockAndAccessorsAg
 // next option; the bytes are compared where the filter reads them.
 TEST(PrintSettings, HostileValuesSurviveBothOptionFormsByteForByte)
 {
+    // Commas separate the values of a list option, and stored forms of
+    // user texts are slash-separated numbers.
     for (const QString &value : {u"it's \"quoted\""_s, u"C:\\dir\\"_s, u"  x=y media=Letter "_s, QString(),
-                                 u"{a=1 b=2}"_s, u"line1\nline2\t"_s, u"議事録"_s}) {
+                                 u"   "_s, u"{a=1 b=2}"_s, u"line1\nline2\t"_s, u"議事録"_s, u"/97/44/98"_s,
+                                 u"a,b"_s, u",a,,b,"_s, u"x'y\\z"_s}) {
         PrintSettings settings;
         settings.setValue(u"copies"_s, 2);
         settings.setValue(u"VendorField"_s, value, true);
