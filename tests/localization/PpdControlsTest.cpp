@@ -69,6 +69,7 @@ TEST(PpdControls, PopupsAreFilledInPpdOrderThenSelectedByTextAndForgottenWithThe
         {makeOld<QLabel>(&view), "Finish", {u"Oberfläche"_s}, false},
         {makeOld<QLineEdit>(&view), "PaperFormat", {u"Paper Format"_s}, false},
         {makeOld<SizePopup>(&view), "PaperFormat", old, false},
+        {makeOld<QComboBox>(&view), "Tray", {}, true},        // no choices: emptied, still bound
         {makeOld<QComboBox>(&view), "Stapling", old, false}, // no such option
         {makeOld<QLabel>(&view), "Stapling", {u"Old"_s}, false},
     };
@@ -108,6 +109,35 @@ TEST(PpdControls, PopupsAreFilledInPpdOrderThenSelectedByTextAndForgottenWithThe
     view.setValueForPPDKeyword(u"Legal"_s, u"PaperFormat"_s);
     EXPECT_EQ(other->currentIndex(), 0);
     EXPECT_EQ(view.ppdKeywordForObject(other), std::nullopt);
+}
+
+// Without a PPD nothing binds, so nothing is found or changed by keyword;
+// with one, a pop-up may stand under two keywords and each reaches it.
+TEST(PpdControls, NothingBindsBeforeAPpdAndAPopupMayStandUnderTwoKeywords)
+{
+    BasicPdeView view;
+    auto *popup = makeOld<QComboBox>(&view);
+    view.localizePPDPopup(popup, "PaperFormat");
+    view.setEnabledForPPDKeyword(false, u"PaperFormat"_s);
+    view.setValueForPPDKeyword(u"Older"_s, u"PaperFormat"_s);
+    EXPECT_EQ(contents(popup), (QStringList{u"Old="_s, u"Older="_s}));
+    EXPECT_TRUE(popup->isEnabled());
+    EXPECT_EQ(popup->currentIndex(), 0);
+    EXPECT_EQ(view.ppdKeywordForObject(popup), std::nullopt);
+
+    const testsupport::Ppd ppd = testsupport::openFixturePpd("localization-options.ppd");
+    ASSERT_NE(ppd, nullptr);
+    view.setPPD(ppd.get());
+    view.localizePPDPopup(popup, "PaperFormat");
+    view.localizePPDPopup(popup, "Finish");
+    const QStringList keywords{u"PaperFormat"_s, u"Finish"_s};
+    EXPECT_TRUE(keywords.contains(view.ppdKeywordForObject(popup).value_or(QString())));
+    for (const QString &keyword : keywords) {
+        view.setEnabledForPPDKeyword(false, keyword);
+        EXPECT_FALSE(popup->isEnabled()) << qPrintable(keyword);
+        view.setEnabledForPPDKeyword(true, keyword);
+        EXPECT_TRUE(popup->isEnabled()) << qPrintable(keyword);
+    }
 }
 
 } // namespace
