@@ -143,6 +143,31 @@ TEST(Bundle, LookupTakesPreferredLanguagesThenDevelopmentRegionThenBaseThenValue
         EXPECT_EQ(opened->localizedStringForKey(row.key, row.value, row.table), row.expected) << qPrintable(row.key);
 }
 
+// A panel looks texts up many times; its tables are read on the first
+// lookup and a broken one is reported then, not on every lookup, nor again
+// when the language list is set anew.
+TEST(Bundle, EachTableIsReadOnceAndABrokenOneReportedOnce)
+{
+    TestBundle bundle;
+    bundle.info({}).strings(u"en"_s, u"Localizable"_s, u"\"a\" = \"1\";\n\"b\" = ;\n"_s);
+    const Bundle *opened = bundle.open();
+    ASSERT_NE(opened, nullptr);
+    const testsupport::MessageRecorder log;
+    for (int round = 0; round < 2; ++round) {
+        const LanguagesGuard languages({u"en"_s});
+        for (int i = 0; i < 10; ++i) {
+            for (const std::optional<QString> &table : {std::optional<QString>(), std::optional(u"Localizable"_s)}) {
+                EXPECT_EQ(opened->localizedStringForKey(u"a"_s, {}, table), u"1"_s);
+                EXPECT_EQ(opened->localizedStringForKey(u"b"_s, {}, table), u"b"_s);
+            }
+        }
+        // The file changed on disk is not read again.
+        bundle.strings(u"en"_s, u"Localizable"_s, u"\"a\" = \"2\";"_s);
+    }
+    EXPECT_EQ(testsupport::MessageRecorder::messages().size(), 1)
+        << qPrintable(testsupport::MessageRecorder::messages().join(u'\n'));
+}
+
 TEST(Bundle, InfoDictionaryLocalizedByInfoPlistStrings)
 {
     TestBundle bundle;

@@ -85,29 +85,23 @@ TEST(StringsTable, DecodesUtf8AndUtf16WithAndWithoutByteOrderMark)
     }
 }
 
-// A message handler is a plain function, so what it records lives here.
-QStringList g_messages;
-
-void recordMessage(QtMsgType, const QMessageLogContext &context, const QString &text)
-{
-    g_messages.append(QString::fromUtf8(context.category) + u": "_s + text);
-}
-
 TEST(StringsTable, LoadWarnsOnceWithFileAndLineAndKeepsTheEarlierPairs)
 {
     testsupport::TestBundle files;
     files.resource(u"Broken.strings"_s, "\"a\" = \"1\";\n\"b\" = ;\n\"c\" = \"3\";\n");
     const QString broken = files.path() + u"/Contents/Resources/Broken.strings"_s;
-    g_messages.clear();
-    const QtMessageHandler previous = qInstallMessageHandler(&recordMessage);
-    const std::optional<Pairs> pairs = pde::loadStringsTable(broken);
-    const std::optional<Pairs> absent = pde::loadStringsTable(broken + u".absent"_s);
-    qInstallMessageHandler(previous);
+    std::optional<Pairs> pairs, absent;
+    {
+        const testsupport::MessageRecorder log;
+        pairs = pde::loadStringsTable(broken);
+        absent = pde::loadStringsTable(broken + u".absent"_s);
+    }
+    const QStringList &messages = testsupport::MessageRecorder::messages();
     EXPECT_EQ(pairs, kA);
     EXPECT_EQ(absent, std::nullopt);
-    ASSERT_EQ(g_messages.size(), 1) << qPrintable(g_messages.join(u'\n'));
-    EXPECT_TRUE(g_messages[0].startsWith(u"pde.bundle: "_s) && g_messages[0].contains(broken + u":2"_s))
-        << qPrintable(g_messages[0]);
+    ASSERT_EQ(messages.size(), 1) << qPrintable(messages.join(u'\n'));
+    EXPECT_TRUE(messages[0].startsWith(u"pde.bundle: "_s) && messages[0].contains(broken + u":2"_s))
+        << qPrintable(messages[0]);
 }
 
 } // namespace
