@@ -2,7 +2,7 @@
 // Printing for real through a private CUPS scheduler: jobs submitted by
 // pde-host and by the desktop dialog reach the printer's filter with the
 // panel's record intact, byte for byte.
-#include "PrivateCupsd.h"
+#include "EndToEndFixture.h"
 
 #include "host/BundleLocator.h"
 #include "host/OrderedJson.h"
@@ -13,90 +13,10 @@
 #include "pdekit/Alert.h"
 
 #include <QPrinter>
-#include <QProcess>
-#include <QTemporaryDir>
-
-#include <cups/cups.h>
-#include <gtest/gtest.h>
 
 namespace {
 
-const QString kBundle = QStringLiteral(PDE_BUNDLE_DIR);
-const QString kHost = QStringLiteral(PDE_HOST_BINARY);
-const QString kPpd = QStringLiteral(PDE_SOURCE_DIR "/examples/example-mfp.ppd");
-const QString kDocument = QStringLiteral(PDE_SOURCE_DIR "/examples/quarterly-report.txt");
-const QString kPrefix = QStringLiteral("com.norvanta.qs.o.print.printsettings.");
-const char *const kSuffixes[] = {"SecureVersion", "PrintType", "PrintTypeUserName",
-                                 "PrintTypePassword", "DocumentNameType", "DocumentName"};
-
-class EndToEnd : public ::testing::Test
-{
-protected:
-    static void SetUpTestSuite()
-    {
-        home = new QTemporaryDir;
-        previousHome = qgetenv("HOME");
-        qputenv("HOME", home->path().toUtf8()); // ~/.cups/lpoptions stays in here
-        cupsd = new e2e::PrivateCupsd;
-        if (!cupsd->running())
-            return;
-        qputenv("CUPS_SERVER", cupsd->server().toUtf8());
-        qputenv("CUPS_SERVERROOT", cupsd->serverRoot().toUtf8());
-        cupsSetServer(cupsd->server().toUtf8().constData());
-        queued = cupsd->addQueue(QStringLiteral("e2e"), kPpd);
-    }
-    static void TearDownTestSuite()
-    {
-        delete cupsd;
-        cupsd = nullptr;
-        qputenv("HOME", previousHome);
-        delete home;
-    }
-    void SetUp() override
-    {
-        // A developer without the scheduler installed may skip; CI installs
-        // it, so there a scheduler that does not start is a failure.
-        if (!cupsd->running() && qEnvironmentVariableIsSet("CI"))
-            FAIL() << qPrintable(cupsd->problem());
-        if (!cupsd->running())
-            GTEST_SKIP() << qPrintable(cupsd->problem());
-        ASSERT_TRUE(queued) << qPrintable(cupsd->problem());
-    }
-
-    // The six record entries as the filter received them.
-    static QStringList recordSeenByFilter(int job)
-    {
-        const std::optional<QByteArray> options = cupsd->optionsOfJob(job);
-        if (!options)
-            return {QStringLiteral("<the filter never ran>")};
-        cups_option_t *parsed = nullptr;
-        const int count = cupsParseOptions(options->constData(), 0, &parsed);
-        QStringList values;
-        for (const char *suffix : kSuffixes) {
-            const char *value = cupsGetOption((kPrefix + QLatin1StringView(suffix)).toUtf8().constData(), count, parsed);
-            values.append(value != nullptr ? QString::fromUtf8(value) : QStringLiteral("<absent>"));
-        }
-        cupsFreeOptions(count, parsed);
-        return values;
-    }
-
-    static QProcess *runHost(const QStringList &arguments, const QByteArray &input = {})
-    {
-        auto *process = new QProcess;
-        process->setProgram(kHost);
-        process->setArguments(QStringList{QStringLiteral("--bundle"), kBundle} + arguments);
-        process->start();
-        process->write(input);
-        process->closeWriteChannel();
-        process->waitForFinished(60000);
-        return process;
-    }
-
-    static inline QTemporaryDir *home = nullptr;
-    static inline QByteArray previousHome;
-    static inline e2e::PrivateCupsd *cupsd = nullptr;
-    static inline bool queued = false;
-};
+using namespace e2e;
 
 struct JobRow {
     const char *name;
@@ -135,7 +55,7 @@ TEST_F(EndToEnd, PdeHostPrintDeliversTheRecordByteForByte)
             common << QStringLiteral("--settings") << path;
         }
 
-        std::unique_ptr<QProcess> record(runHost(common + QStringList{QStringLiteral("record")} + values, row.password + '\n'));
+        const std::unique_ptr<QProcess> record = runHost(common + QStringList{QStringLiteral("record")} + values, row.password + '\n');
         ASSERT_EQ(record->exitCode(), 0) << row.name << ": " << record->readAllStandardError().constData();
         QString error;
         const std::optional<pdehost::OrderedStrings> entries = pdehost::parseStringObject(record->readAllStandardOutput(), &error);
@@ -156,8 +76,8 @@ TEST_F(EndToEnd, PdeHostPrintDeliversTheRecordByteForByte)
             ASSERT_TRUE(file.open(QIODevice::WriteOnly));
             file.write(row.settings.toUtf8());
         }
-        std::unique_ptr<QProcess> print(
-            runHost(common + QStringList{QStringLiteral("print"), kDocument} + values, row.password + '\n'));
+        const std::unique_ptr<QProcess> print =
+            runHost(common + QStringList{QStringLiteral("print"), kDocument} + values, row.password + '\n');
         ASSERT_EQ(print->exitCode(), 0) << row.name << ": " << print->readAllStandardError().constData();
         const int job = QString::fromUtf8(print->readAllStandardOutput()).trimmed().section(u'-', -1).toInt();
         ASSERT_GT(job, 0) << row.name;
