@@ -2,9 +2,7 @@
 // Extension panels inside Qt's print dialog.
 #include "host/PdePrintDialog.h"
 
-#include "host/PanelHost.h"
-#include "host/PrinterSession.h"
-#include "pdekit/Alert.h"
+#include "host/PrinterPanels.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
@@ -42,12 +40,12 @@ QString sidesOf(QPrinter::DuplexMode duplex)
 
 } // namespace
 
-PdePrintDialog::PdePrintDialog(QPrinter *printer, PrinterSession *session, PanelHost *host, QWidget *parent)
-    : QPrintDialog(printer, parent), m_session(session), m_host(host)
+PdePrintDialog::PdePrintDialog(QPrinter *printer, PrinterPanels *panels, QWidget *parent)
+    : QPrintDialog(printer, parent), m_panels(panels)
 {
     QList<QWidget *> tabs;
-    for (std::size_t i = 0; i < m_host->panels().size(); ++i) {
-        HostedPanel &hosted = m_host->panels()[i];
+    for (std::size_t i = 0; i < m_panels->panels().size(); ++i) {
+        HostedPanel &hosted = m_panels->panels()[i];
         QWidget *view = hosted.panel->panelView();
         auto *tab = new QWidget;
         tab->setWindowTitle(hosted.panel->panelName());
@@ -75,7 +73,7 @@ PdePrintDialog::PdePrintDialog(QPrinter *printer, PrinterSession *session, Panel
     m_summary->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     summaryLayout->addWidget(m_summary);
     m_saveDefaults = new QCheckBox(tr("Save as printer defaults"), m_summaryTab);
-    m_saveDefaults->setEnabled(m_session->destination() != nullptr);
+    m_saveDefaults->setEnabled(m_panels->session().destination() != nullptr);
     summaryLayout->addWidget(m_saveDefaults);
     tabs.append(m_summaryTab);
     setOptionTabs(tabs);
@@ -93,7 +91,7 @@ PdePrintDialog::PdePrintDialog(QPrinter *printer, PrinterSession *session, Panel
 PdePrintDialog::~PdePrintDialog()
 {
     // The views belong to their panels, which outlive this dialog.
-    for (HostedPanel &hosted : m_host->panels()) {
+    for (HostedPanel &hosted : m_panels->panels()) {
         if (QWidget *view = hosted.panel->panelView())
             view->setParent(nullptr);
     }
@@ -123,7 +121,7 @@ void PdePrintDialog::showEvent(QShowEvent *event)
 {
     if (!m_restored) {
         m_restored = true;
-        for (HostedPanel &hosted : m_host->panels()) {
+        for (HostedPanel &hosted : m_panels->panels()) {
             hosted.panel->restoreValuesAndReturnError(nullptr);
             hosted.panel->willShow();
         }
@@ -148,21 +146,7 @@ void PdePrintDialog::showTab(QWidget *tab)
 
 QStringList PdePrintDialog::summaryLines()
 {
-    QStringList lines;
-    // A save into a scratch copy brings each panel's values up to date
-    // without touching the job's settings or showing alerts.
-    PrinterSession::Scratch scratch(*m_session);
-    const pde::AlertHandler previous = pde::setAlertHandler([](const pde::Alert &) {});
-    for (HostedPanel &hosted : m_host->panels()) {
-        hosted.panel->saveValuesAndReturnError(nullptr);
-        const std::optional<pde::SummaryInfo> summary = hosted.panel->summaryInfo();
-        if (!summary)
-            continue;
-        for (const QString &title : summary->value(QString(pde::kSummaryDisplayOrderKey)).toStringList())
-            lines.append(title + QStringLiteral(": ") + summary->value(title).toString());
-    }
-    pde::setAlertHandler(previous);
-    return lines;
+    return m_panels->summaryLines();
 }
 
 void PdePrintDialog::refreshSummary()
@@ -176,25 +160,23 @@ void PdePrintDialog::refreshSummary()
 
 void PdePrintDialog::help(int index)
 {
-    HostedPanel &hosted = m_host->panels()[static_cast<std::size_t>(index)];
+    HostedPanel &hosted = m_panels->panels()[static_cast<std::size_t>(index)];
     if (hosted.panel->shouldShowHelp())
         QMessageBox::information(this, tr("Print Help"), tr(kHostHelp));
 }
 
 void PdePrintDialog::accept()
 {
-    for (std::size_t i = 0; i < m_host->panels().size(); ++i) {
-        if (!m_host->panels()[i].panel->saveValuesAndReturnError(nullptr)) {
-            showTab(m_tabs.value(static_cast<int>(i)));
-            return;
-        }
+    if (const std::optional<std::size_t> refused = m_panels->saveAll()) {
+        showTab(m_tabs.value(static_cast<int>(*refused)));
+        return;
     }
     QPrintDialog::accept();
 }
 
 std::variant<int, QString> PdePrintDialog::printFiles(const QStringList &files)
 {
-    cups_dest_t *destination = m_session->destination();
+    cups_dest_t *destination = m_panels->session().destination();
     cups_dest_t *chosen = nullptr;
     int count = 0;
     cups_dest_t *dests = nullptr;
@@ -209,7 +191,7 @@ std::variant<int, QString> PdePrintDialog::printFiles(const QStringList &files)
     }
     if (saveAsPrinterDefaults()) {
         QString error;
-        if (!m_session->saveAsDestinationDefaults(&error)) {
+        if (!m_panels->session().saveAsDestinationDefaults(&error)) {
             cupsFreeDests(count, dests);
             return error;
         }
@@ -218,7 +200,7 @@ std::variant<int, QString> PdePrintDialog::printFiles(const QStringList &files)
     standard.copies = printer()->copyCount();
     standard.pageRanges = printer()->pageRanges().toString();
     standard.sides = sidesOf(printer()->duplex());
-    const auto job = submitJob(destination, files, files.value(0), *m_session->printSettings(), standard);
+    const auto job = submitJob(destination, files, files.value(0), *m_panels->session().printSettings(), standard);
     cupsFreeDests(count, dests);
     return job;
 }

@@ -15,17 +15,16 @@ class QTreeWidget;
 
 namespace pdehost {
 
-class PanelHost;
-class PrinterSession;
+class PrinterPanels;
 
 class PdePrintDialog : public QPrintDialog
 {
     Q_OBJECT
 
 public:
-    // `session` and `host` are the caller's and outlive the dialog; the
-    // panels' views are lent to the dialog's tabs and given back when it goes.
-    PdePrintDialog(QPrinter *printer, PrinterSession *session, PanelHost *host, QWidget *parent = nullptr);
+    // `panels` is the caller's and outlives the dialog; the panels' views are
+    // lent to the dialog's tabs and given back when it goes.
+    PdePrintDialog(QPrinter *printer, PrinterPanels *panels, QWidget *parent = nullptr);
     ~PdePrintDialog() override;
 
     // The tab that holds panel `index`'s view (with its Help button).
@@ -55,8 +54,7 @@ private:
     void refreshSummary();
     void help(int index);
 
-    PrinterSession *m_session;
-    PanelHost *m_host;
+    PrinterPanels *m_panels;
     QList<QWidget *> m_tabs;
     QWidget *m_summaryTab = nullptr;
     QTreeWidget *m_summary = nullptr;

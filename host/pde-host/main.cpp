@@ -3,12 +3,10 @@
 // a printer calls for, drives their panels headlessly as a user would, and
 // prints the resulting record, summary or control state, renders the panel,
 // or submits a job to CUPS with the record as job options.
-#include "host/BundleLocator.h"
 #include "host/CupsJob.h"
 #include "host/OrderedJson.h"
 #include "host/PanelDriver.h"
-#include "host/PanelHost.h"
-#include "host/PrinterSession.h"
+#include "host/PrinterPanels.h"
 #include "pdekit/Alert.h"
 #include "pdekit/Bundle.h"
 #include "pdekit/HelpViewer.h"
@@ -219,15 +217,14 @@ int main(int argc, char **argv)
     if (parser.isSet(langOption))
         pde::setPreferredLanguages(QStringList{parser.value(langOption)});
 
-    // The printer.
+    // The printer and its panels.
     QString error;
-    std::unique_ptr<PrinterSession> session =
-        parser.isSet(ppdOption) ? PrinterSession::fromPpdFile(parser.value(ppdOption), options, &error)
-                                : PrinterSession::fromDestination(parser.value(printerOption), options, &error);
-    if (!session)
+    const std::unique_ptr<PrinterPanels> printer = PrinterPanels::open(
+        {parser.value(ppdOption), parser.value(printerOption)}, options, parser.values(bundleOption), &error);
+    if (!printer)
         return fail(kCannotLoad, error);
+    PrinterSession *session = &printer->session();
 
-    OrderedStrings seeded;
     const QString settingsFile = parser.value(settingsOption);
     if (!settingsFile.isEmpty()) {
         QFile file(settingsFile);
@@ -242,20 +239,14 @@ int main(int argc, char **argv)
         }
     }
 
-    // The panels.
-    const LocatedBundles located = locateBundles(parser.values(bundleOption), dialogExtensionsOf(session->ppdFile()),
-                                                 bundleSearchDirectories());
-    PanelHost host;
-    host.load(located.paths, session.get());
-    const QStringList problems = located.problems + host.problems();
-    for (const QString &problem : problems)
+    for (const QString &problem : printer->problems())
         err() << "pde-host: " << problem << Qt::endl;
-    if (host.panels().empty())
-        return fail(kCannotLoad, problems.isEmpty() ? QStringLiteral("the printer calls for no extension bundle, and none was given with --bundle")
-                                                    : QStringLiteral("no panel could be loaded"));
+    if (printer->panels().empty())
+        return fail(kCannotLoad, printer->problems().isEmpty() ? QStringLiteral("the printer calls for no extension bundle, and none was given with --bundle")
+                                                               : QStringLiteral("no panel could be loaded"));
 
     if (command == u"panels") {
-        for (HostedPanel &hosted : host.panels())
+        for (HostedPanel &hosted : printer->panels())
             writeOut((hosted.panel->panelKind() + u'\t' + hosted.panel->panelName() + u'\n').toUtf8());
         return kSuccess;
     }
@@ -267,7 +258,7 @@ int main(int argc, char **argv)
 
     // What a dialog does when it opens: views, restore, show.
     QList<QWidget *> views;
-    for (HostedPanel &hosted : host.panels()) {
+    for (HostedPanel &hosted : printer->panels()) {
         QWidget *view = hosted.panel->panelView();
         if (view == nullptr)
             return fail(kCannotLoad, QStringLiteral("%1: the panel has no view").arg(hosted.bundle->bundlePath()));
@@ -319,10 +310,8 @@ int main(int argc, char **argv)
     }
 
     // record, summary, print: the save of every panel.
-    for (HostedPanel &hosted : host.panels()) {
-        if (!hosted.panel->saveValuesAndReturnError(nullptr))
-            return fail(kSaveRefused, QStringLiteral("%1 refused the save").arg(hosted.panel->panelName()));
-    }
+    if (const std::optional<std::size_t> refused = printer->saveAll())
+        return fail(kSaveRefused, QStringLiteral("%1 refused the save").arg(printer->panels()[*refused].panel->panelName()));
     OrderedStrings record;
     for (const QString &key : session->printSettings()->keys())
         record.append({key, pde::PrintSettings::optionText(*session->printSettings()->value(key))});
@@ -345,7 +334,7 @@ int main(int argc, char **argv)
         return kSuccess;
     }
     if (command == u"summary") {
-        for (HostedPanel &hosted : host.panels()) {
+        for (HostedPanel &hosted : printer->panels()) {
             const std::optional<pde::SummaryInfo> summary = hosted.panel->summaryInfo();
             if (!summary)
                 continue;

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 // pde-print: print files through Qt's print dialog with the printer's
 // extension panels in it, to CUPS.
-#include "host/BundleLocator.h"
-#include "host/PanelHost.h"
 #include "host/PdePrintDialog.h"
-#include "host/PrinterSession.h"
+#include "host/PrinterPanels.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -68,25 +66,20 @@ int main(int argc, char **argv)
     }
 
     QString error;
-    std::unique_ptr<pdehost::PrinterSession> session =
-        parser.isSet(ppdOption) ? pdehost::PrinterSession::fromPpdFile(parser.value(ppdOption), {}, &error)
-                                : pdehost::PrinterSession::fromDestination(printerName, {}, &error);
-    if (!session) {
+    const std::unique_ptr<pdehost::PrinterPanels> panels = pdehost::PrinterPanels::open(
+        {parser.value(ppdOption), printerName}, {}, parser.values(bundleOption), &error);
+    if (!panels) {
         QMessageBox::critical(nullptr, QStringLiteral("pde-print"), error);
         std::fprintf(stderr, "pde-print: %s\n", qUtf8Printable(error));
         return 2;
     }
-    const pdehost::LocatedBundles located = pdehost::locateBundles(
-        parser.values(bundleOption), pdehost::dialogExtensionsOf(session->ppdFile()), pdehost::bundleSearchDirectories());
-    pdehost::PanelHost host;
-    host.load(located.paths, session.get());
-    for (const QString &problem : located.problems + host.problems())
+    for (const QString &problem : panels->problems())
         std::fprintf(stderr, "pde-print: %s\n", qUtf8Printable(problem));
 
     QPrinter printer;
-    if (session->destination() != nullptr)
-        printer.setPrinterName(session->destinationName());
-    pdehost::PdePrintDialog dialog(&printer, session.get(), &host);
+    if (panels->session().destination() != nullptr)
+        printer.setPrinterName(panels->session().destinationName());
+    pdehost::PdePrintDialog dialog(&printer, panels.get());
     if (dialog.exec() != QDialog::Accepted)
         return 1;
     const std::variant<int, QString> job = dialog.printFiles(files);

@@ -4,12 +4,10 @@
 // panel's record intact, byte for byte.
 #include "EndToEndFixture.h"
 
-#include "host/BundleLocator.h"
 #include "host/OrderedJson.h"
 #include "host/PanelDriver.h"
-#include "host/PanelHost.h"
 #include "host/PdePrintDialog.h"
-#include "host/PrinterSession.h"
+#include "host/PrinterPanels.h"
 #include "pdekit/Alert.h"
 
 #include <QPrinter>
@@ -88,20 +86,20 @@ TEST_F(EndToEnd, PdeHostPrintDeliversTheRecordByteForByte)
 TEST_F(EndToEnd, TheDesktopDialogSavesEveryPanelThenPrints)
 {
     QString error;
-    std::unique_ptr<pdehost::PrinterSession> session = pdehost::PrinterSession::fromDestination(QStringLiteral("e2e"), {}, &error);
-    ASSERT_TRUE(session) << qPrintable(error);
-    pdehost::PanelHost host;
-    host.load(pdehost::locateBundles({kBundle}, pdehost::dialogExtensionsOf(session->ppdFile()), {}).paths, session.get());
-    ASSERT_EQ(host.panels().size(), 1u) << qPrintable(host.problems().join(u'\n'));
+    const std::unique_ptr<pdehost::PrinterPanels> panels =
+        pdehost::PrinterPanels::open({{}, QStringLiteral("e2e")}, {}, {kBundle}, &error);
+    ASSERT_TRUE(panels) << qPrintable(error);
+    ASSERT_EQ(panels->panels().size(), 1u) << qPrintable(panels->problems().join(u'\n'));
+    pdehost::PrinterSession *session = &panels->session();
 
     QList<pde::Alert> alerts;
     const pde::AlertHandler previous = pde::setAlertHandler([&alerts](const pde::Alert &alert) { alerts.append(alert); });
     QPrinter printer;
     printer.setPrinterName(QStringLiteral("e2e"));
     {
-        pdehost::PdePrintDialog dialog(&printer, session.get(), &host);
+        pdehost::PdePrintDialog dialog(&printer, panels.get());
         dialog.show();
-        pdehost::PanelDriver driver(host.panels().front().panel->panelView());
+        pdehost::PanelDriver driver(panels->panels().front().panel->panelView());
         ASSERT_EQ(driver.enter(QStringLiteral("printType"), QStringLiteral("1")), std::nullopt);
 
         // No user ID: the panel refuses, the dialog stays open on its tab.
