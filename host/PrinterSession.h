@@ -65,9 +65,6 @@ public:
     bool saveAsDestinationDefaults(QString *error);
 
 private:
-    struct PpdClose {
-        void operator()(ppd_file_t *ppd) const { ppdClose(ppd); }
-    };
     PrinterSession() = default;
     bool openPpd(const QString &path, QString *error);
     // Marks the options in the PPD and adds the job options among them to
@@ -75,7 +72,7 @@ private:
     void applyOptions(int count, cups_option_t *options);
     void applyOptions(const Options &options);
 
-    std::unique_ptr<ppd_file_t, PpdClose> m_ppd;
+    PpdFile m_ppd;
     cups_dest_t *m_destination = nullptr;
     pde::PrintSettings m_settings;
     pde::PrintSettings *m_active = &m_settings;

@@ -13,3 +13,11 @@
 #undef _CUPS_DEPRECATED_1_6_MSG
 #define _CUPS_DEPRECATED_1_6_MSG(m) _CUPS_PUBLIC
 #include <cups/ppd.h>
+
+#include <memory>
+
+// An opened PPD that is closed with its owner.
+struct PpdClose {
+    void operator()(ppd_file_t *ppd) const { ppdClose(ppd); }
+};
+using PpdFile = std::unique_ptr<ppd_file_t, PpdClose>;

@@ -3,7 +3,9 @@
 // a printer calls for, drives their panels headlessly as a user would, and
 // prints the resulting record, summary or control state, renders the panel,
 // or submits a job to CUPS with the record as job options.
+#include "host/BundleLocator.h"
 #include "host/CupsJob.h"
+#include "host/HeldJobs.h"
 #include "host/OrderedJson.h"
 #include "host/PanelDriver.h"
 #include "host/PrinterPanels.h"
@@ -16,6 +18,7 @@
 #include <QCommandLineParser>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QImage>
 #include <QSaveFile>
 #include <QTextStream>
@@ -39,6 +42,7 @@ enum ExitCode {
 
 const char *const kHelp = R"(Usage: pde-host [--bundle PATH]... (--ppd FILE | --printer NAME) [--option KEY=VALUE]...
                 [--settings FILE] [--lang LANG] COMMAND [ARGUMENTS] [--set KEY=VALUE]...
+       pde-host [--bundle PATH]... [--printer NAME] jobs
 
 A print dialog host without a window. It loads the print dialog extension
 bundles that a printer's PPD calls for (*APDialogExtension), shows their
@@ -84,11 +88,20 @@ Commands:
   screenshot OUT.png     after entering the values: render the panels
   print FILE...          as record, then submit the files to the printer
                          (--printer) with the settings as job options
+  jobs                   one line per job of yours that its queue holds and
+                         whose PPD calls for a panel (only NAME's with
+                         --printer): JOBID, PRINTER, TITLE and STATE, tab
+                         separated
+  release JOBID          restore the panels from the held job's own options,
+                         enter the --set values, save, write the entries the
+                         panels wrote into the job and release it (--printer
+                         names the job's queue)
 
 Exit status:
   0  success
   1  usage error
-  2  a bundle, PPD or printer that cannot be loaded
+  2  a bundle, PPD, printer or job that cannot be loaded, or a job that the
+     scheduler does not let this user change (its reason follows)
   3  a panel refused the save; its alert is on standard error as "alert: TEXT"
   4  a control refused a value (which key, and what it refused)
 )";
@@ -124,6 +137,47 @@ void writeOut(const QByteArray &bytes)
 {
     std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stdout);
     std::fflush(stdout);
+}
+
+// A field of a tab-separated line: control characters become spaces, so
+// that a title cannot start a new field or line.
+QString field(QString text)
+{
+    for (QChar &c : text) {
+        if (c.category() == QChar::Other_Control)
+            c = u' ';
+    }
+    return text;
+}
+
+// `jobs`: the user's held jobs on queues whose PPD calls for a panel. A
+// queue that calls for a bundle that cannot be found is said on standard
+// error, its jobs still listed: they wait for a panel.
+int listHeldJobs(const QString &printer, const QStringList &explicitBundles)
+{
+    QString error;
+    const std::unique_ptr<SchedulerConnection> scheduler = SchedulerConnection::open(&error);
+    if (!scheduler)
+        return fail(kCannotLoad, error);
+    const std::optional<QList<HeldJob>> jobs = heldJobsOf(*scheduler, QString::fromUtf8(cupsUser()), printer, &error);
+    if (!jobs)
+        return fail(kCannotLoad, printer.isEmpty() ? error : QStringLiteral("%1: %2").arg(printer, error));
+    QHash<QString, bool> callsForPanels;
+    for (const HeldJob &job : *jobs) {
+        if (!callsForPanels.contains(job.printer)) {
+            const std::optional<QStringList> bundles = bundlesCalledForBy(*scheduler, job.printer, &error);
+            if (!bundles)
+                err() << "pde-host: " << error << Qt::endl;
+            callsForPanels[job.printer] = bundles && !bundles->isEmpty();
+            if (bundles) {
+                for (const QString &problem : locateBundles(explicitBundles, *bundles, bundleSearchDirectories()).problems)
+                    err() << "pde-host: " << job.printer << ": " << problem << Qt::endl;
+            }
+        }
+        if (callsForPanels.value(job.printer))
+            writeOut(QStringLiteral("%1\t%2\t%3\t%4\n").arg(job.id).arg(field(job.printer), field(job.title), job.state).toUtf8());
+    }
+    return kSuccess;
 }
 
 // Standard error carries this host's own messages and the extensions' logs;
@@ -173,11 +227,17 @@ int main(int argc, char **argv)
     const QString command = positional.value(0);
     const QStringList commandArguments = positional.mid(1);
     static const QStringList kCommands{QStringLiteral("panels"), QStringLiteral("record"), QStringLiteral("summary"),
-                                       QStringLiteral("state"), QStringLiteral("screenshot"), QStringLiteral("print")};
+                                       QStringLiteral("state"), QStringLiteral("screenshot"), QStringLiteral("print"),
+                                       QStringLiteral("jobs"), QStringLiteral("release")};
     if (command.isEmpty())
         return fail(kUsage, QStringLiteral("no command given (see pde-host --help)"));
     if (!kCommands.contains(command))
         return fail(kUsage, QStringLiteral("unknown command \"%1\" (see pde-host --help)").arg(command));
+    if (command == u"jobs") {
+        if (parser.isSet(ppdOption) || !commandArguments.isEmpty())
+            return fail(kUsage, QStringLiteral("jobs takes no arguments and no --ppd (see pde-host --help)"));
+        return listHeldJobs(parser.value(printerOption), parser.values(bundleOption));
+    }
     if (parser.isSet(ppdOption) == parser.isSet(printerOption))
         return fail(kUsage, QStringLiteral("give exactly one of --ppd FILE and --printer NAME"));
     if (command == u"screenshot" && commandArguments.size() != 1)
@@ -186,7 +246,11 @@ int main(int argc, char **argv)
         return fail(kUsage, QStringLiteral("print needs at least one file to print"));
     if (command == u"print" && !parser.isSet(printerOption))
         return fail(kUsage, QStringLiteral("print needs a CUPS printer (--printer NAME), not a PPD file"));
-    if (command != u"print" && command != u"screenshot" && !commandArguments.isEmpty())
+    if (command == u"release" && (commandArguments.size() != 1 || !parser.isSet(printerOption)))
+        return fail(kUsage, QStringLiteral("release needs the job's queue and id: --printer NAME release JOBID"));
+    if (command == u"release" && parser.isSet(settingsOption))
+        return fail(kUsage, QStringLiteral("release restores the panels from the job; --settings does not apply"));
+    if (command != u"print" && command != u"screenshot" && command != u"release" && !commandArguments.isEmpty())
         return fail(kUsage, QStringLiteral("%1 takes no arguments, but got \"%2\"").arg(command, commandArguments.first()));
     const QString format = parser.value(formatOption);
     if (format != u"json" && format != u"lp")
@@ -217,8 +281,26 @@ int main(int argc, char **argv)
     if (parser.isSet(langOption))
         pde::setPreferredLanguages(QStringList{parser.value(langOption)});
 
-    // The printer and its panels.
+    // A job to release: its own options come first, as the panels restore
+    // from them.
     QString error;
+    std::unique_ptr<SchedulerConnection> scheduler;
+    std::optional<HeldJobOptions> heldJob;
+    if (command == u"release") {
+        bool isNumber = false;
+        const int id = commandArguments.front().toInt(&isNumber);
+        if (!isNumber || id <= 0)
+            return fail(kUsage, QStringLiteral("release needs a job id, not \"%1\"").arg(commandArguments.front()));
+        scheduler = SchedulerConnection::open(&error);
+        if (!scheduler)
+            return fail(kCannotLoad, error);
+        heldJob = readHeldJob(*scheduler, id, parser.value(printerOption), QString::fromUtf8(cupsUser()), &error);
+        if (!heldJob)
+            return fail(kCannotLoad, error);
+        options = heldJob->options + options;
+    }
+
+    // The printer and its panels.
     const std::unique_ptr<PrinterPanels> printer = PrinterPanels::open(
         {parser.value(ppdOption), parser.value(printerOption)}, options, parser.values(bundleOption), &error);
     if (!printer)
@@ -310,11 +392,19 @@ int main(int argc, char **argv)
     }
 
     // record, summary, print: the save of every panel.
+    const pde::PrintSettings beforeSave = *session->printSettings();
     if (const std::optional<std::size_t> refused = printer->saveAll())
         return fail(kSaveRefused, QStringLiteral("%1 refused the save").arg(printer->panels()[*refused].panel->panelName()));
     OrderedStrings record;
     for (const QString &key : session->printSettings()->keys())
         record.append({key, pde::PrintSettings::optionText(*session->printSettings()->value(key))});
+
+    if (command == u"release") {
+        if (!releaseWithEntries(*scheduler, heldJob->job.id, changedEntries(beforeSave, *session->printSettings()), &error))
+            return fail(kCannotLoad, error);
+        writeOut(QStringLiteral("%1-%2\n").arg(heldJob->job.printer).arg(heldJob->job.id).toUtf8());
+        return kSuccess;
+    }
 
     if (command == u"record" && !settingsFile.isEmpty()) {
         QSaveFile file(settingsFile);

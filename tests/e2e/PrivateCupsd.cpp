@@ -146,7 +146,7 @@ bool PrivateCupsd::start()
     return false;
 }
 
-bool PrivateCupsd::addQueue(const QString &name, const QString &ppd)
+bool PrivateCupsd::addQueue(const QString &name, const QString &ppd, const QStringList &lpadminOptions)
 {
     QFile source(ppd);
     if (!source.open(QIODevice::ReadOnly)) {
@@ -161,9 +161,9 @@ bool PrivateCupsd::addQueue(const QString &name, const QString &ppd)
     }
     QProcess lpadmin;
     lpadmin.setProcessChannelMode(QProcess::MergedChannels);
-    lpadmin.start(kLpadmin, {QStringLiteral("-h"), server(), QStringLiteral("-p"), name, QStringLiteral("-E"),
+    lpadmin.start(kLpadmin, QStringList{QStringLiteral("-h"), server(), QStringLiteral("-p"), name, QStringLiteral("-E"),
                              QStringLiteral("-v"), QStringLiteral("file://") + m_dir.filePath(QStringLiteral("out/device-")) + name,
-                             QStringLiteral("-P"), queuePpd});
+                             QStringLiteral("-P"), queuePpd} + lpadminOptions);
     if (!lpadmin.waitForFinished(30000) || lpadmin.exitCode() != 0) {
         m_problem = QStringLiteral("lpadmin failed: %1").arg(QString::fromLocal8Bit(lpadmin.readAll()));
         return false;
