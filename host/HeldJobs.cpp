@@ -3,9 +3,11 @@
 #include "host/HeldJobs.h"
 
 #include "host/BundleLocator.h"
+#include "host/IppRequest.h"
 #include "host/JobAttributes.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QStringList>
 
 #include <array>
@@ -15,54 +17,6 @@
 
 namespace pdehost {
 namespace {
-
-struct IppDelete {
-    void operator()(ipp_t *ipp) const { ippDelete(ipp); }
-};
-using Ipp = std::unique_ptr<ipp_t, IppDelete>;
-
-QByteArray localUri(const char *format, const QByteArray &argument)
-{
-    char uri[HTTP_MAX_URI];
-    httpAssembleURIf(HTTP_URI_CODING_ALL, uri, sizeof uri, "ipp", nullptr, "localhost", ippPort(), format,
-                     argument.constData());
-    return QByteArray(uri);
-}
-
-// A request about the queue `printer` (every queue when empty) or, with a
-// job id, about that job, made in the current user's name.
-Ipp newRequest(ipp_op_t operation, const QString &printer, int job = 0)
-{
-    Ipp request(ippNewRequest(operation));
-    if (job > 0)
-        ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_URI, "job-uri", nullptr,
-                     localUri("/jobs/%s", QByteArray::number(job)).constData());
-    else
-        ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr,
-                     printer.isEmpty() ? localUri("/%s", {}).constData()
-                                       : localUri("/printers/%s", printer.toUtf8()).constData());
-    ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_NAME, "requesting-user-name", nullptr, cupsUser());
-    return request;
-}
-
-// Sends the request; returns the scheduler's answer when it granted it, else
-// null with the reason in `error`.
-Ipp send(SchedulerConnection &scheduler, Ipp request, const char *resource, QString *error)
-{
-    Ipp response(cupsDoRequest(scheduler.http(), request.release(), resource));
-    if (!response || cupsLastError() > IPP_STATUS_OK_EVENTS_COMPLETE) {
-        *error = scheduler.lastError();
-        return nullptr;
-    }
-    return response;
-}
-
-QString stringOf(ipp_t *ipp, const char *name)
-{
-    ipp_attribute_t *attribute = ippFindAttribute(ipp, name, IPP_TAG_ZERO);
-    const char *text = attribute != nullptr ? ippGetString(attribute, 0, nullptr) : nullptr;
-    return text != nullptr ? QString::fromUtf8(text) : QString();
-}
 
 // The queue a job is on, from its job-printer-uri (".../printers/NAME").
 QString queueOf(const QString &printerUri)
@@ -119,12 +73,12 @@ const char *const kJobListAttributes[] = {"job-id", "job-printer-uri", "job-name
 std::optional<QList<HeldJob>> heldJobsOf(SchedulerConnection &scheduler, const QString &user, const QString &printer,
                                          QString *error)
 {
-    Ipp request = newRequest(IPP_OP_GET_JOBS, printer);
+    Ipp request = newIppRequest(IPP_OP_GET_JOBS, printer);
     ippAddBoolean(request.get(), IPP_TAG_OPERATION, "my-jobs", 1);
     ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "which-jobs", nullptr, "not-completed");
     ippAddStrings(request.get(), IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes",
                   static_cast<int>(std::size(kJobListAttributes)), nullptr, kJobListAttributes);
-    const Ipp response = send(scheduler, std::move(request), "/", error);
+    const Ipp response = sendIppRequest(scheduler, std::move(request), "/", error);
     if (!response)
         return std::nullopt;
 
@@ -185,38 +139,56 @@ std::optional<QStringList> bundlesCalledForBy(SchedulerConnection &scheduler, co
     return dialogExtensionsOf(ppd.get());
 }
 
-std::optional<QString> whyNotHeld(SchedulerConnection &scheduler, int id)
+std::optional<JobFate> fateOf(SchedulerConnection &scheduler, int id, QString *error)
 {
-    Ipp request = newRequest(IPP_OP_GET_JOB_ATTRIBUTES, {}, id);
+    Ipp request = newIppRequest(IPP_OP_GET_JOB_ATTRIBUTES, {}, id);
     ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes", nullptr, "job-state");
-    QString error;
-    const Ipp response = send(scheduler, std::move(request), "/jobs/", &error);
+    const Ipp response = sendIppRequest(scheduler, std::move(request), "/jobs/", error);
     if (!response)
-        return cupsLastError() == IPP_STATUS_ERROR_NOT_FOUND ? QStringLiteral("it no longer exists") : error;
+        return cupsLastError() == IPP_STATUS_ERROR_NOT_FOUND ? std::optional(JobFate::Gone) : std::nullopt;
     switch (static_cast<ipp_jstate_t>(ippGetInteger(ippFindAttribute(response.get(), "job-state", IPP_TAG_ENUM), 0))) {
     case IPP_JSTATE_HELD:
-        return std::nullopt;
+        return JobFate::Held;
     case IPP_JSTATE_PENDING:
     case IPP_JSTATE_PROCESSING:
     case IPP_JSTATE_STOPPED:
-        return QStringLiteral("it was released");
+        return JobFate::Released;
     case IPP_JSTATE_CANCELED:
-        return QStringLiteral("it was cancelled");
+        return JobFate::Cancelled;
     case IPP_JSTATE_ABORTED:
-        return QStringLiteral("it was aborted");
+        return JobFate::Aborted;
     case IPP_JSTATE_COMPLETED:
-        return QStringLiteral("it was printed");
+        return JobFate::Printed;
     }
-    return QStringLiteral("it is in an unknown state");
+    return JobFate::Gone;
+}
+
+QString describeFate(JobFate fate)
+{
+    switch (fate) {
+    case JobFate::Held:
+        return QCoreApplication::translate("pdehost::JobFate", "it is held");
+    case JobFate::Released:
+        return QCoreApplication::translate("pdehost::JobFate", "it was released");
+    case JobFate::Cancelled:
+        return QCoreApplication::translate("pdehost::JobFate", "it was cancelled");
+    case JobFate::Aborted:
+        return QCoreApplication::translate("pdehost::JobFate", "the scheduler aborted it");
+    case JobFate::Printed:
+        return QCoreApplication::translate("pdehost::JobFate", "it was printed");
+    case JobFate::Gone:
+        return QCoreApplication::translate("pdehost::JobFate", "it no longer exists");
+    }
+    return {};
 }
 
 std::optional<HeldJobOptions> readHeldJob(SchedulerConnection &scheduler, int id, const QString &printer,
                                           const QString &user, QString *error)
 {
-    Ipp request = newRequest(IPP_OP_GET_JOB_ATTRIBUTES, {}, id);
+    Ipp request = newIppRequest(IPP_OP_GET_JOB_ATTRIBUTES, {}, id);
     ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes", nullptr, "all");
     QString reason;
-    const Ipp response = send(scheduler, std::move(request), "/jobs/", &reason);
+    const Ipp response = sendIppRequest(scheduler, std::move(request), "/jobs/", &reason);
     if (!response) {
         *error = QStringLiteral("job %1: %2").arg(id).arg(reason);
         return std::nullopt;
@@ -224,9 +196,9 @@ std::optional<HeldJobOptions> readHeldJob(SchedulerConnection &scheduler, int id
 
     HeldJobOptions read;
     read.job.id = id;
-    read.job.printer = queueOf(stringOf(response.get(), "job-printer-uri"));
-    read.job.title = stringOf(response.get(), "job-name");
-    read.job.owner = stringOf(response.get(), "job-originating-user-name");
+    read.job.printer = queueOf(ippText(response.get(), "job-printer-uri"));
+    read.job.title = ippText(response.get(), "job-name");
+    read.job.owner = ippText(response.get(), "job-originating-user-name");
     const int state = ippGetInteger(ippFindAttribute(response.get(), "job-state", IPP_TAG_ENUM), 0);
     read.job.state = stateKeyword(state);
     const QString queue = printer.section(u'/', 0, 0);
@@ -271,16 +243,16 @@ bool releaseWithEntries(SchedulerConnection &scheduler, int id, const Options &e
         for (const auto &[key, value] : entries)
             settings.setValue(key, value);
         const pde::CupsOptions options = settings.toCupsOptions();
-        Ipp request = newRequest(IPP_OP_SET_JOB_ATTRIBUTES, {}, id);
+        Ipp request = newIppRequest(IPP_OP_SET_JOB_ATTRIBUTES, {}, id);
         addJobOptions(request.get(), options.count(), options.data());
         QString reason;
-        if (!send(scheduler, std::move(request), "/jobs/", &reason)) {
+        if (!sendIppRequest(scheduler, std::move(request), "/jobs/", &reason)) {
             *error = QStringLiteral("job %1: the panels' settings cannot be written: %2").arg(id).arg(reason);
             return false;
         }
     }
     QString reason;
-    if (!send(scheduler, newRequest(IPP_OP_RELEASE_JOB, {}, id), "/jobs/", &reason)) {
+    if (!sendIppRequest(scheduler, newIppRequest(IPP_OP_RELEASE_JOB, {}, id), "/jobs/", &reason)) {
         *error = QStringLiteral("job %1 cannot be released: %2").arg(id).arg(reason);
         return false;
     }
@@ -290,7 +262,7 @@ bool releaseWithEntries(SchedulerConnection &scheduler, int id, const Options &e
 bool cancelHeldJob(SchedulerConnection &scheduler, int id, QString *error)
 {
     QString reason;
-    if (!send(scheduler, newRequest(IPP_OP_CANCEL_JOB, {}, id), "/jobs/", &reason)) {
+    if (!sendIppRequest(scheduler, newIppRequest(IPP_OP_CANCEL_JOB, {}, id), "/jobs/", &reason)) {
         *error = QStringLiteral("job %1 cannot be cancelled: %2").arg(id).arg(reason);
         return false;
     }

@@ -37,10 +37,16 @@ std::optional<QList<HeldJob>> heldJobsOf(SchedulerConnection &scheduler, const Q
 // scheduler cannot be asked or the PPD cannot be read.
 std::optional<QStringList> bundlesCalledForBy(SchedulerConnection &scheduler, const QString &printer, QString *error);
 
-// Why a job is not, or is no longer, one that a panel can release: "it was
-// cancelled", "it was released", "it was printed", "it no longer exists".
-// Returns nullopt when the job is still held.
-std::optional<QString> whyNotHeld(SchedulerConnection &scheduler, int id);
+// What became of a job.
+enum class JobFate { Held, Released, Cancelled, Aborted, Printed, Gone };
+
+// The job's fate now. Returns nullopt and sets `error` when the scheduler
+// cannot be asked.
+std::optional<JobFate> fateOf(SchedulerConnection &scheduler, int id, QString *error);
+
+// A fate as the end of a sentence ("it was cancelled"), in the user's
+// language.
+QString describeFate(JobFate fate);
 
 // A held job of `user` on `printer` with the options it carries, ready to
 // restore the panels from. Returns nullopt and sets `error` when the job

@@ -52,6 +52,14 @@ QString SchedulerConnection::lastError() const
 {
     if (m_timedOut)
         return QStringLiteral("the scheduler at %1 did not answer within %2 s").arg(address()).arg(timeoutSeconds());
+    // A request that got no answer at all leaves libcups' status at its
+    // transport error, whose text may be a bare "Success".
+    if (cupsLastError() == IPP_STATUS_ERROR_SERVICE_UNAVAILABLE || cupsLastError() == IPP_STATUS_ERROR_INTERNAL) {
+        const int cause = httpError(m_http.get());
+        return QStringLiteral("the scheduler at %1 cannot be reached: %2")
+            .arg(address(), cause != 0 ? QString::fromLocal8Bit(std::strerror(cause))
+                                       : QStringLiteral("the connection was closed"));
+    }
     return QString::fromUtf8(cupsLastErrorString());
 }
 

@@ -1,14 +1,27 @@
 // SPDX-License-Identifier: MIT
 // Jobs from applications that know nothing of panels, held by their queue:
-// pde-host lists them, and releases them with the record the panels wrote,
-// which the filter then receives byte for byte; a refused save or value
-// leaves the job held and unchanged.
+// pde-host lists them and releases them with the record the panels wrote,
+// which the filter then receives byte for byte, and a refused save or value
+// leaves the job held and unchanged; the session agent opens a window for
+// each, typed into with real key events, and follows the scheduler.
 #include "EndToEndFixture.h"
 
+#include "host/HeldJobWindow.h"
 #include "host/HeldJobs.h"
 #include "host/OrderedJson.h"
+#include "host/SessionAgent.h"
+#include "pdekit/Alert.h"
 
+#include <QApplication>
+#include <QComboBox>
 #include <QFile>
+#include <QDir>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTest>
 
 namespace {
 
@@ -29,10 +42,10 @@ protected:
     }
 
     // A job as `lp` submits it: no options at all.
-    static int submitWithLp(const QString &title)
+    static int submitWithLp(const QString &title, const QString &queue = kHeld)
     {
         QProcess lp;
-        lp.start(QStringLiteral("lp"), {QStringLiteral("-h"), cupsd->server(), QStringLiteral("-d"), kHeld,
+        lp.start(QStringLiteral("lp"), {QStringLiteral("-h"), cupsd->server(), QStringLiteral("-d"), queue,
                                         QStringLiteral("-t"), title, kDocument});
         lp.waitForFinished(30000);
         // "request id is held-12 (1 file(s))"
@@ -186,6 +199,181 @@ TEST_F(HeldJobs, OnlyTheUsersHeldJobsAreListedAndReleased)
     }
     cupsCancelJob2(CUPS_HTTP_DEFAULT, kHeld.toUtf8().constData(), mine, 0);
     cupsCancelJob2(CUPS_HTTP_DEFAULT, kHeld.toUtf8().constData(), theirs, 0);
+}
+
+// The session agent in this process, its windows offscreen.
+class Agent : public HeldJobs
+{
+protected:
+    void SetUp() override
+    {
+        HeldJobs::SetUp();
+        if (IsSkipped() || HasFatalFailure())
+            return;
+        alerts = pde::setAlertHandler([this](const pde::Alert &alert) { shownAlerts.append(alert.messageText); });
+        // Bundles are found by name, as in a session.
+        qputenv("PDE_PLUGIN_PATH", QFileInfo(kBundle).path().toUtf8());
+        pdehost::SessionAgent::Settings settings;
+        settings.timing.pollMs = 50;
+        settings.timing.firstRetryMs = 100;
+        settings.timing.maxRetryMs = 400;
+        agent = std::make_unique<pdehost::SessionAgent>(settings);
+        agent->start();
+    }
+    void TearDown() override
+    {
+        agent.reset();
+        pde::setAlertHandler(alerts);
+        for (QWidget *widget : QApplication::topLevelWidgets())
+            delete qobject_cast<QMessageBox *>(widget);
+    }
+
+    pdehost::HeldJobWindow *windowFor(int job)
+    {
+        pdehost::HeldJobWindow *found = nullptr;
+        const bool shown = QTest::qWaitFor([&] {
+            for (pdehost::HeldJobWindow *window : agent->windows()) {
+                if (window->job().id == job)
+                    found = window;
+            }
+            return found != nullptr;
+        }, 10000);
+        return shown ? found : nullptr;
+    }
+
+    // The texts of the messages the agent showed.
+    static QStringList messages()
+    {
+        QStringList texts;
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            if (auto *box = qobject_cast<QMessageBox *>(widget); box != nullptr && box->isVisible())
+                texts.append(box->text());
+        }
+        return texts;
+    }
+
+    static std::optional<pdehost::JobFate> fate(int job)
+    {
+        QString error;
+        const std::unique_ptr<pdehost::SchedulerConnection> scheduler = pdehost::SchedulerConnection::open(&error);
+        return scheduler ? pdehost::fateOf(*scheduler, job, &error) : std::nullopt;
+    }
+
+    std::unique_ptr<pdehost::SessionAgent> agent;
+    pde::AlertHandler alerts;
+    QStringList shownAlerts;
+};
+
+TEST_F(Agent, PrintKeepHeldAndCancelJobDoWhatTheySay)
+{
+    const int typed = submitWithLp(QStringLiteral("Quarterly report"));
+    const int kept = submitWithDestinationApi(QStringLiteral("Draft"));
+    const int cancelled = submitWithDestinationApi(QStringLiteral("Old draft"));
+    pdehost::HeldJobWindow *window = windowFor(typed);
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(window->windowTitle(), QStringLiteral(u"Print \u201cQuarterly report\u201d on held"));
+    ASSERT_EQ(window->problem(), QString());
+
+    // The user types into the panel: a secure print, a password refused
+    // first, then given.
+    QWidget *panel = window->tabs()->widget(0);
+    auto *jobType = panel->findChild<QComboBox *>(QStringLiteral("jobTypePopUp"));
+    auto *userName = panel->findChild<QLineEdit *>(QStringLiteral("userNameTextField"));
+    auto *password = panel->findChild<QLineEdit *>(QStringLiteral("passwordTextField"));
+    ASSERT_TRUE(jobType && userName && password);
+    jobType->setFocus();
+    QTest::keyClick(jobType, Qt::Key_Down);
+    ASSERT_EQ(jobType->currentIndex(), 1);
+    userName->selectAll();
+    QTest::keyClicks(userName, QStringLiteral("hanako"));
+    QTest::mouseClick(window->printButton(), Qt::LeftButton);
+    EXPECT_EQ(shownAlerts.size(), 1) << "no password: the panel refuses";
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(fate(typed), pdehost::JobFate::Held);
+    QTest::keyClicks(password, QStringLiteral("2468"));
+    QTest::mouseClick(window->printButton(), Qt::LeftButton);
+    const QStringList record = recordSeenByFilter(typed);
+    EXPECT_EQ(record.mid(1, 2), (QStringList{QStringLiteral("2"), QStringLiteral("hanako")}));
+    EXPECT_NE(record.value(3), QString()) << "the protected password";
+
+    QTest::mouseClick(windowFor(kept)->keepHeldButton(), Qt::LeftButton);
+    QTest::mouseClick(windowFor(cancelled)->cancelJobButton(), Qt::LeftButton);
+    EXPECT_EQ(fate(kept), pdehost::JobFate::Held);
+    EXPECT_EQ(fate(cancelled), pdehost::JobFate::Cancelled);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return agent->windows().isEmpty(); }, 5000));
+    EXPECT_EQ(messages(), QStringList()) << "the agent's own actions need no explanation";
+    cupsCancelJob2(CUPS_HTTP_DEFAULT, kHeld.toUtf8().constData(), kept, 0);
+}
+
+TEST_F(Agent, AJobThatStopsWaitingElsewhereClosesItsWindowSayingWhy)
+{
+    const int job = submitWithLp(QStringLiteral("Minutes"));
+    ASSERT_NE(windowFor(job), nullptr);
+    QProcess cancel;
+    cancel.start(QStringLiteral("cancel"), {QStringLiteral("-h"), cupsd->server(), QString::number(job)});
+    ASSERT_TRUE(cancel.waitForFinished(30000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return agent->windows().isEmpty(); }, 10000));
+    EXPECT_EQ(messages(), QStringList{QStringLiteral(u"\u201cMinutes\u201d on held no longer waits: it was cancelled.")});
+}
+
+TEST_F(Agent, AJobWhosePanelCannotBeShownStaysHeldAndTheWindowSaysWhy)
+{
+    QFile example(kPpd);
+    ASSERT_TRUE(example.open(QIODevice::ReadOnly));
+    QTemporaryDir dir;
+    QFile missing(dir.filePath(QStringLiteral("missing.ppd")));
+    ASSERT_TRUE(missing.open(QIODevice::WriteOnly));
+    missing.write(example.readAll().replace("JobTypeQTRN.plugin", "Nowhere.plugin"));
+    missing.close();
+    ASSERT_TRUE(cupsd->addQueue(QStringLiteral("missing"), missing.fileName(),
+                                {QStringLiteral("-o"), QStringLiteral("job-hold-until-default=indefinite")}));
+
+    const int job = submitWithLp(QStringLiteral("Plan"), QStringLiteral("missing"));
+    pdehost::HeldJobWindow *window = windowFor(job);
+    ASSERT_NE(window, nullptr);
+    EXPECT_TRUE(window->problem().contains(QStringLiteral("Nowhere.plugin"))) << qPrintable(window->problem());
+    EXPECT_FALSE(window->printButton()->isEnabled());
+    QTest::mouseClick(window->keepHeldButton(), Qt::LeftButton);
+    EXPECT_EQ(fate(job), pdehost::JobFate::Held);
+}
+
+TEST_F(Agent, AfterTheSchedulerWasAwayItsWaitingJobsAreShown)
+{
+    cupsd->stop();
+    QTest::qWait(300); // the agent notices and waits
+    ASSERT_TRUE(cupsd->start()) << qPrintable(cupsd->problem());
+    const int job = submitWithLp(QStringLiteral("After the restart"));
+    ASSERT_GT(job, 0);
+    EXPECT_NE(windowFor(job), nullptr);
+}
+
+TEST_F(HeldJobs, PdeAgentRunsOncePerSessionAndOnceExitsWhenNothingWaits)
+{
+    QTemporaryDir runtime;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), runtime.path());
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    const QString agent = QFileInfo(kHost).dir().filePath(QStringLiteral("pde-agent"));
+    QProcess first;
+    first.setProcessEnvironment(environment);
+    first.start(agent, {});
+    ASSERT_TRUE(first.waitForStarted());
+    QTest::qWait(500);
+
+    QProcess second;
+    second.setProcessEnvironment(environment);
+    second.start(agent, {QStringLiteral("--once")});
+    ASSERT_TRUE(second.waitForFinished(10000));
+    EXPECT_EQ(second.exitCode(), 0);
+    EXPECT_TRUE(second.readAllStandardError().contains("already runs")) << "one agent per session";
+    first.terminate();
+    ASSERT_TRUE(first.waitForFinished(10000));
+
+    QProcess once;
+    once.setProcessEnvironment(environment);
+    once.start(agent, {QStringLiteral("--once")});
+    EXPECT_TRUE(once.waitForFinished(10000)) << "nothing waits: --once ends after the first look";
+    EXPECT_EQ(once.exitCode(), 0) << once.readAllStandardError().constData();
 }
 
 } // namespace

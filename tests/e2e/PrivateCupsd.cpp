@@ -45,6 +45,11 @@ PrivateCupsd::PrivateCupsd()
 
 PrivateCupsd::~PrivateCupsd()
 {
+    stop();
+}
+
+void PrivateCupsd::stop()
+{
     if (m_cupsd.state() != QProcess::NotRunning) {
         m_cupsd.terminate();
         if (!m_cupsd.waitForFinished(10000))
@@ -74,6 +79,7 @@ bool PrivateCupsd::write(const QString &relative, const QByteArray &content, boo
 
 bool PrivateCupsd::start()
 {
+    m_problem.clear();
     const QString root = m_dir.path();
     const bool asRoot = ::geteuid() == 0;
     const passwd *me = ::getpwuid(::geteuid());

@@ -39,9 +39,14 @@ public:
     // argument, once it ran; nullopt after the timeout.
     std::optional<QByteArray> optionsOfJob(int id, int timeoutMs = 30000) const;
 
+    // Stops the scheduler, and starts it again on the same port with the
+    // same queues and jobs. False, with the reason in problem(), when it
+    // does not come up.
+    void stop();
+    bool start();
+
 private:
     bool write(const QString &relative, const QByteArray &content, bool executable = false);
-    bool start();
 
     QTemporaryDir m_dir;
     quint16 m_port = 0;
