@@ -22,6 +22,12 @@ HeldJobWindow::HeldJobWindow(const HeldJob &job, const QStringList &explicitBund
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(tr("Print \u201c%1\u201d on %2").arg(job.title, job.printer));
     auto *layout = new QVBoxLayout(this);
+    auto *heading = new QLabel(tr("\u201c%1\u201d waits on %2 until you print it.").arg(job.title, job.printer), this);
+    QFont bold = heading->font();
+    bold.setBold(true);
+    heading->setFont(bold);
+    heading->setTextFormat(Qt::PlainText);
+    layout->addWidget(heading);
 
     QString error;
     std::optional<HeldJobOptions> held;

@@ -291,6 +291,10 @@ TEST_F(Agent, PrintKeepHeldAndCancelJobDoWhatTheySay)
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(fate(typed), pdehost::JobFate::Held);
     QTest::keyClicks(password, QStringLiteral("2468"));
+    // The README's picture of the agent: PDE_SCREENSHOT_DIR=docs.
+    if (const QString folder = qEnvironmentVariable("PDE_SCREENSHOT_DIR"); !folder.isEmpty()) {
+        EXPECT_TRUE(window->grab().save(QDir(folder).filePath(QStringLiteral("agent-window.png"))));
+    }
     QTest::mouseClick(window->printButton(), Qt::LeftButton);
     const QStringList record = recordSeenByFilter(typed);
     EXPECT_EQ(record.mid(1, 2), (QStringList{QStringLiteral("2"), QStringLiteral("hanako")}));
