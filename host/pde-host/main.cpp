@@ -159,9 +159,20 @@ int listHeldJobs(const QString &printer, const QStringList &explicitBundles)
     const std::unique_ptr<SchedulerConnection> scheduler = SchedulerConnection::open(&error);
     if (!scheduler)
         return fail(kCannotLoad, error);
-    const std::optional<QList<HeldJob>> jobs = heldJobsOf(*scheduler, QString::fromUtf8(cupsUser()), printer, &error);
+    const QString queue = printer.section(u'/', 0, 0);
+    if (!queue.isEmpty()) {
+        const std::optional<QStringList> bundles = bundlesCalledForBy(*scheduler, queue, &error);
+        if (!bundles)
+            return fail(kCannotLoad, error);
+        if (bundles->isEmpty()) {
+            err() << "pde-host: " << queue << ": its PPD calls for no panel (or it has none), so no job waits for one"
+                  << Qt::endl;
+            return kSuccess;
+        }
+    }
+    const std::optional<QList<HeldJob>> jobs = heldJobsOf(*scheduler, QString::fromUtf8(cupsUser()), queue, &error);
     if (!jobs)
-        return fail(kCannotLoad, printer.isEmpty() ? error : QStringLiteral("%1: %2").arg(printer, error));
+        return fail(kCannotLoad, queue.isEmpty() ? error : QStringLiteral("%1: %2").arg(queue, error));
     QHash<QString, bool> callsForPanels;
     for (const HeldJob &job : *jobs) {
         if (!callsForPanels.contains(job.printer)) {

@@ -299,6 +299,7 @@ TEST_F(Agent, PrintKeepHeldAndCancelJobDoWhatTheySay)
     const QStringList record = recordSeenByFilter(typed);
     EXPECT_EQ(record.mid(1, 2), (QStringList{QStringLiteral("2"), QStringLiteral("hanako")}));
     EXPECT_NE(record.value(3), QString()) << "the protected password";
+    EXPECT_FALSE(cupsd->logs().contains(record.value(3).toUtf8())) << "the scheduler's logs keep no password";
 
     QTest::mouseClick(windowFor(kept)->keepHeldButton(), Qt::LeftButton);
     QTest::mouseClick(windowFor(cancelled)->cancelJobButton(), Qt::LeftButton);

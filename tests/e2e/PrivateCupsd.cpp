@@ -177,6 +177,17 @@ bool PrivateCupsd::addQueue(const QString &name, const QString &ppd, const QStri
     return true;
 }
 
+QByteArray PrivateCupsd::logs() const
+{
+    QByteArray text;
+    for (const char *name : {"error_log", "access_log"}) {
+        QFile log(m_dir.filePath(QLatin1StringView(name)));
+        if (log.open(QIODevice::ReadOnly))
+            text += log.readAll();
+    }
+    return text;
+}
+
 std::optional<QByteArray> PrivateCupsd::optionsOfJob(int id, int timeoutMs) const
 {
     const QString path = m_dir.filePath(QStringLiteral("out/options-%1").arg(id));

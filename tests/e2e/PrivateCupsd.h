@@ -35,6 +35,9 @@ public:
     // fails.
     bool addQueue(const QString &name, const QString &ppd, const QStringList &lpadminOptions = {});
 
+    // What the scheduler wrote to its error and access logs.
+    QByteArray logs() const;
+
     // The job options the filter saw for job `id`, as the filter's sixth
     // argument, once it ran; nullopt after the timeout.
     std::optional<QByteArray> optionsOfJob(int id, int timeoutMs = 30000) const;
