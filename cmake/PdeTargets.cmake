@@ -33,7 +33,8 @@ endif()
 # LIBRARY   a static, position-independent library with hidden symbols, to be
 #           linked into the plug-in module as well as into tests;
 # SHARED_LIBRARY a shared library that exports only what its headers mark
-#           (defines <NAME>_LIBRARY while it is built), installed;
+#           (defines <NAME>_LIBRARY while it is built), installed in the
+#           export set <name>Targets;
 # TEST      a GoogleTest executable whose tests CTest discovers;
 # FUZZER    a libFuzzer target (fuzz preset only);
 # BENCHMARK a Google Benchmark executable (smoke-run by CTest in test builds);
@@ -50,7 +51,11 @@ function(pde_add_target name kind)
             target_compile_definitions(${name} PRIVATE ${_pde_building})
             set_target_properties(${name} PROPERTIES
                 VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
-            install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+            # The library goes to the runtime package, its .so link to the
+            # development package with the headers and ${name}Targets.
+            install(TARGETS ${name} EXPORT ${name}Targets
+                LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+                    COMPONENT runtime NAMELINK_COMPONENT development)
         endif()
         set_target_properties(${name} PROPERTIES
             POSITION_INDEPENDENT_CODE ON

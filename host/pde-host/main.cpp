@@ -40,9 +40,8 @@ enum ExitCode {
     kValueRefused = 4,
 };
 
-const char *const kHelp = R"(Usage: pde-host [--bundle PATH]... (--ppd FILE | --printer NAME) [--option KEY=VALUE]...
-                [--settings FILE] [--lang LANG] COMMAND [ARGUMENTS] [--set KEY=VALUE]...
-       pde-host [--bundle PATH]... [--printer NAME] jobs
+const char *const kHelp = R"(Usage: pde-host [OPTION]... (--ppd FILE | --printer NAME) COMMAND [ARGUMENTS]
+  or:  pde-host [OPTION]... [--printer NAME] jobs
 
 A print dialog host without a window. It loads the print dialog extension
 bundles that a printer's PPD calls for (*APDialogExtension), shows their
