@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QProcess>
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 
 #include <optional>
@@ -29,9 +30,10 @@ public:
     // The folder that stands for the system's CUPS folder (lpoptions).
     QString serverRoot() const { return m_dir.path(); }
 
-    // Adds a queue from `ppd` (the record filter added to it). False, with
-    // lpadmin's output in problem(), when it fails.
-    bool addQueue(const QString &name, const QString &ppd);
+    // Adds a queue from `ppd` (the record filter added to it), with lpadmin's
+    // `-o` settings (such as "job-hold-until-default=indefinite"). False,
+    // with lpadmin's output in problem(), when it fails.
+    bool addQueue(const QString &name, const QString &ppd, const QStringList &settings = {});
 
     // The job options the filter saw for job `id`, as the filter's sixth
     // argument, once it ran; nullopt after the timeout.
