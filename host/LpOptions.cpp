@@ -9,6 +9,9 @@
 #include <QRegularExpression>
 #include <QSaveFile>
 
+#include <algorithm>
+#include <utility>
+
 namespace pdehost {
 namespace {
 
@@ -121,8 +124,12 @@ bool updateLpOptions(const QString &path, const QString &destination, const pde:
     for (const QString &key : removed)
         options.remove(key);
 
-    // The destination's options go into its first line, which keeps its
-    // keyword (Dest or Default); its other lines go.
+    // The destination's options go into its first line, its other lines go;
+    // a Default line among them keeps it the user's default printer.
+    const auto isDefault = [](const Line &line) {
+        return line.matches && line.keyword.compare(u"Default", Qt::CaseInsensitive) == 0;
+    };
+    const auto defaultLine = std::find_if(lines.cbegin(), lines.cend(), isDefault);
     QByteArray content;
     bool written = false;
     for (const Line &line : lines) {
@@ -130,11 +137,11 @@ bool updateLpOptions(const QString &path, const QString &destination, const pde:
             content += line.text.toUtf8() + '\n';
             continue;
         }
-        if (written)
+        if (std::exchange(written, true))
             continue;
-        written = true;
-        if (!options.isEmpty() || line.keyword.compare(u"Default", Qt::CaseInsensitive) == 0)
-            content += (line.keyword + u' ' + line.name + (options.isEmpty() ? QString() : u' ' + options.toOptionString()))
+        const QString keyword = defaultLine != lines.cend() ? defaultLine->keyword : line.keyword;
+        if (!options.isEmpty() || defaultLine != lines.cend())
+            content += (keyword + u' ' + line.name + (options.isEmpty() ? QString() : u' ' + options.toOptionString()))
                            .toUtf8()
                        + '\n';
     }

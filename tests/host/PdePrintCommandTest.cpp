@@ -23,8 +23,6 @@ TEST(PdePrint, AnswersWithoutADisplay)
          QStringLiteral(u"このヘルプを表示して終了します"), {}},
         {"no file", {}, 1, {}, QStringLiteral("give at least one file")},
         {"unknown option", {QStringLiteral("--bogus"), QStringLiteral("a.txt")}, 1, {}, QStringLiteral("bogus")},
-        {"both printers", {QStringLiteral("--printer"), QStringLiteral("p"), QStringLiteral("--ppd"), QStringLiteral("x.ppd"), QStringLiteral("a.txt")},
-         1, {}, QStringLiteral("at most one")},
         {"not a language", {QStringLiteral("--lang"), QStringLiteral("ja;rm"), QStringLiteral("a.txt")}, 1, {}, QStringLiteral("ja;rm")},
         {"nothing to show the dialog on", {QStringLiteral("a.txt")}, 2, {}, QStringLiteral("no display")},
     };
