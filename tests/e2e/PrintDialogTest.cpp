@@ -430,6 +430,11 @@ TEST_F(PrintDialog, ARealXWindowShowsTheJobTypeTabWhole)
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("DISPLAY"), display);
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    // Under AddressSanitizer: libxkbcommon-x11 copies the X server's
+    // unterminated names with strndup, which the strict string check takes
+    // for an overflow.
+    if (environment.contains(QStringLiteral("ASAN_OPTIONS")))
+        environment.insert(QStringLiteral("ASAN_OPTIONS"), environment.value(QStringLiteral("ASAN_OPTIONS")) + QStringLiteral(":strict_string_checks=0"));
     print.setProcessEnvironment(environment);
     print.start(QStringLiteral(PDE_PRINT_BINARY), {QStringLiteral("--bundle"), kBundle, QStringLiteral("--printer"),
                                                    QStringLiteral("e2e"), QStringLiteral("--lang"), QStringLiteral("ja"),
