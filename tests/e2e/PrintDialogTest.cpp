@@ -342,6 +342,8 @@ TEST_F(PrintDialog, SavedDefaultsStayPrivateKeepEmptyValuesAndCanBeCleared)
     EXPECT_EQ(QFileInfo::exists(systemFile), systemFileExisted);
     // The next dialog starts from them, the empty name still empty.
     QString error;
+    EXPECT_FALSE(pdehost::PrinterSession::fromDestination(QStringLiteral("absent"), {}, &error));
+    EXPECT_EQ(error, QStringLiteral("absent: no such printer")) << "nothing but what is wrong";
     std::unique_ptr<pdehost::PrinterSession> next = pdehost::PrinterSession::fromDestination(QStringLiteral("e2e"), {}, &error);
     ASSERT_TRUE(next) << qPrintable(error);
     EXPECT_EQ(next->printSettings()->value(kPrefix + QStringLiteral("PrintTypeUserName")), QVariant(QStringLiteral("hanako")));
