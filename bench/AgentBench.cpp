@@ -212,7 +212,7 @@ int main(int argc, char **argv)
     if (scheduler.running()) {
         qputenv("CUPS_SERVER", scheduler.server().toUtf8());
         cupsSetServer(scheduler.server().toUtf8().constData());
-        scheduler.addQueue(kQueue, kPpd, {QStringLiteral("-o"), QStringLiteral("job-hold-until-default=indefinite")});
+        scheduler.addQueue(kQueue, kPpd, {QStringLiteral("job-hold-until-default=indefinite")});
         cupsd = &scheduler;
     }
     pdehost::SessionAgent sessionAgent({});

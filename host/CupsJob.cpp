@@ -40,6 +40,10 @@ std::variant<int, QString> submitJob(cups_dest_t *destination, const QStringList
         options.setValue(QStringLiteral("page-ranges"), standard.pageRanges);
     if (!standard.sides.isEmpty())
         options.setValue(QStringLiteral("sides"), standard.sides);
+    for (const auto &[name, value] : standard.dialog)
+        options.setValue(name, value);
+    if (!options.contains(QStringLiteral("job-hold-until")))
+        options.setValue(QStringLiteral("job-hold-until"), QStringLiteral("no-hold"));
     const pde::CupsOptions cups = options.toCupsOptions();
 
     const std::unique_ptr<cups_dinfo_t, DestInfoFree> info(cupsCopyDestInfo(CUPS_HTTP_DEFAULT, destination));

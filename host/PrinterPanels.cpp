@@ -48,4 +48,36 @@ QStringList PrinterPanels::summaryLines()
     return lines;
 }
 
+QStringList PrinterPanels::recordKeys()
+{
+    QStringList keys;
+    {
+        PrinterSession::Scratch scratch(*m_session, pde::PrintSettings());
+        const pde::AlertHandler previous = pde::setAlertHandler([](const pde::Alert &) {});
+        for (HostedPanel &hosted : panels()) {
+            hosted.panel->restoreValuesAndReturnError(nullptr);
+            hosted.panel->saveValuesAndReturnError(nullptr);
+        }
+        pde::setAlertHandler(previous);
+        keys = scratch.settings().keys();
+    }
+    for (HostedPanel &hosted : panels())
+        hosted.panel->restoreValuesAndReturnError(nullptr);
+    return keys;
+}
+
+bool PrinterPanels::saveDefaults(QString *error)
+{
+    return m_session->saveAsDestinationDefaults(recordKeys(), error);
+}
+
+bool PrinterPanels::clearDefaults(QString *error)
+{
+    if (!m_session->clearDestinationDefaults(recordKeys(), error))
+        return false;
+    for (HostedPanel &hosted : panels())
+        hosted.panel->restoreValuesAndReturnError(nullptr);
+    return true;
+}
+
 } // namespace pdehost

@@ -43,6 +43,19 @@ public:
     // with alerts silenced, so the job's settings stay as they are.
     QStringList summaryLines();
 
+    // The keys the panels write: each restores from empty settings and saves
+    // into them, alerts silenced, then restores from the job's settings
+    // again. Empty when no panel writes anything.
+    QStringList recordKeys();
+    // Keeps the panels' entries of the job's settings as the printer's saved
+    // options (PrinterSession::saveAsDestinationDefaults). False, with the
+    // reason in `error`, when they cannot be saved.
+    bool saveDefaults(QString *error);
+    // Takes the panels' entries out of the printer's saved options and the
+    // job's settings, and shows the panels as they are without them. False,
+    // with the reason in `error`, when the saved options cannot be written.
+    bool clearDefaults(QString *error);
+
 private:
     PrinterPanels() = default;
 

@@ -2,7 +2,10 @@
 // Opening the printer's PPD and options through libcups.
 #include "host/PrinterSession.h"
 
+#include "host/LpOptions.h"
+
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QFile>
 
 #include <unistd.h>
@@ -32,7 +35,7 @@ bool PrinterSession::openPpd(const QString &path, QString *error)
     if (!m_ppd) {
         int line = 0;
         const ppd_status_t status = ppdLastError(&line);
-        *error = QStringLiteral("%1: not a PPD file: %2 (line %3)")
+        *error = QCoreApplication::translate("pdehost::PrinterSession", "%1: not a PPD file: %2 (line %3)")
                      .arg(path, QString::fromUtf8(ppdErrorString(status)))
                      .arg(line);
         return false;
@@ -77,7 +80,12 @@ std::unique_ptr<PrinterSession> PrinterSession::fromDestination(const QString &n
     const int count = cupsGetDests2(CUPS_HTTP_DEFAULT, &dests);
     cups_dest_t *found = cupsGetDest(printer.constData(), instance.isEmpty() ? nullptr : instance.constData(), count, dests);
     if (found == nullptr) {
-        *error = QStringLiteral("%1: no such printer (%2)").arg(name, QString::fromUtf8(cupsLastErrorString()));
+        // CUPS's own message when the scheduler answered with an error, not
+        // whatever a file look-up left behind.
+        *error = cupsLastError() > IPP_STATUS_OK_EVENTS_COMPLETE
+                     ? QCoreApplication::translate("pdehost::PrinterSession", "%1: no such printer: %2")
+                           .arg(name, QString::fromUtf8(cupsLastErrorString()))
+                     : QCoreApplication::translate("pdehost::PrinterSession", "%1: no such printer").arg(name);
         cupsFreeDests(count, dests);
         return nullptr;
     }
@@ -87,7 +95,8 @@ std::unique_ptr<PrinterSession> PrinterSession::fromDestination(const QString &n
 
     const char *ppdPath = cupsGetPPD2(CUPS_HTTP_DEFAULT, printer.constData());
     if (ppdPath == nullptr) {
-        *error = QStringLiteral("%1: the printer's PPD cannot be had: %2").arg(name, QString::fromUtf8(cupsLastErrorString()));
+        *error = QCoreApplication::translate("pdehost::PrinterSession", "%1: the printer's PPD cannot be had: %2")
+                     .arg(name, QString::fromUtf8(cupsLastErrorString()));
         return nullptr;
     }
     const QString local = QFile::decodeName(ppdPath);
@@ -95,7 +104,22 @@ std::unique_ptr<PrinterSession> PrinterSession::fromDestination(const QString &n
     ::unlink(ppdPath);
     if (!opened)
         return nullptr;
-    session->applyOptions(session->m_destination->num_options, session->m_destination->options);
+    // The user's saved options as the file has them now: libcups reads the
+    // file of the home folder it saw first in the thread.
+    cups_dest_t *dest = session->m_destination;
+    const pde::PrintSettings saved = lpOptionsFor(userLpOptionsPath(), name);
+    for (const QString &key : saved.keys()) {
+        dest->num_options = cupsAddOption(key.toUtf8().constData(),
+                                          pde::PrintSettings::optionText(*saved.value(key)).toUtf8().constData(),
+                                          dest->num_options, &dest->options);
+    }
+    // The queue's default hold is what makes a session agent show the panel
+    // for other applications' jobs; a job from these hosts has been through
+    // the panel already, so only a hold the user saved is kept.
+    const QString holdKey = QStringLiteral("job-hold-until");
+    if (!saved.contains(holdKey) && !lpOptionsFor(systemLpOptionsPath(), name).contains(holdKey))
+        dest->num_options = cupsRemoveOption(holdKey.toUtf8().constData(), dest->num_options, &dest->options);
+    session->applyOptions(dest->num_options, dest->options);
     session->applyOptions(options);
     return session;
 }
@@ -110,29 +134,35 @@ QString PrinterSession::destinationName() const
     return name;
 }
 
-bool PrinterSession::saveAsDestinationDefaults(QString *error)
+bool PrinterSession::saveAsDestinationDefaults(const QStringList &keys, QString *error)
 {
     if (m_destination == nullptr) {
-        *error = QStringLiteral("no printer to save defaults for (a PPD file was given)");
+        *error = QCoreApplication::translate("pdehost::PrinterSession",
+                                             "no printer to save defaults for (a PPD file was given)");
         return false;
     }
-    cups_dest_t *dests = nullptr;
-    const int count = cupsGetDests2(CUPS_HTTP_DEFAULT, &dests);
-    cups_dest_t *dest = cupsGetDest(m_destination->name, m_destination->instance, count, dests);
-    if (dest == nullptr) {
-        *error = QStringLiteral("%1: no such printer any more").arg(destinationName());
-        cupsFreeDests(count, dests);
+    pde::PrintSettings saved;
+    QStringList removed;
+    for (const QString &key : keys) {
+        if (const std::optional<QVariant> value = m_settings.value(key))
+            saved.setValue(key, *value);
+        else
+            removed.append(key);
+    }
+    return updateLpOptions(userLpOptionsPath(), destinationName(), saved, removed, error);
+}
+
+bool PrinterSession::clearDestinationDefaults(const QStringList &keys, QString *error)
+{
+    if (m_destination == nullptr) {
+        *error = QCoreApplication::translate("pdehost::PrinterSession",
+                                             "no printer to clear defaults for (a PPD file was given)");
         return false;
     }
-    const pde::CupsOptions options = m_settings.toCupsOptions();
-    for (int i = 0; i < options.count(); ++i)
-        dest->num_options = cupsAddOption(options.data()[i].name, options.data()[i].value, dest->num_options, &dest->options);
-    const int saved = cupsSetDests2(CUPS_HTTP_DEFAULT, count, dests);
-    cupsFreeDests(count, dests);
-    if (saved != 0) {
-        *error = QStringLiteral("%1: the defaults cannot be saved: %2").arg(destinationName(), QString::fromUtf8(cupsLastErrorString()));
+    if (!updateLpOptions(userLpOptionsPath(), destinationName(), {}, keys, error))
         return false;
-    }
+    for (const QString &key : keys)
+        m_settings.remove(key);
     return true;
 }
 

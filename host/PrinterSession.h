@@ -39,16 +39,19 @@ public:
 
     // While one lives, panels read and write a copy of the settings, so that
     // a dialog can ask for their current values without touching the job's.
+    // Started from `start` instead, they see only what they write themselves.
     class Scratch
     {
     public:
-        explicit Scratch(PrinterSession &session) : m_session(session), m_copy(session.m_settings)
+        explicit Scratch(PrinterSession &session) : Scratch(session, session.m_settings) {}
+        Scratch(PrinterSession &session, pde::PrintSettings start) : m_session(session), m_copy(std::move(start))
         {
             m_session.m_active = &m_copy;
         }
         ~Scratch() { m_session.m_active = &m_session.m_settings; }
         Scratch(const Scratch &) = delete;
         Scratch &operator=(const Scratch &) = delete;
+        const pde::PrintSettings &settings() const { return m_copy; }
 
     private:
         PrinterSession &m_session;
@@ -59,10 +62,15 @@ public:
     cups_dest_t *destination() const { return m_destination; }
     QString destinationName() const;
 
-    // Writes the settings into the destination's saved options (lpoptions),
-    // so that every later job to it carries them. False, with CUPS's message
-    // in `error`, when there is no destination or they cannot be written.
-    bool saveAsDestinationDefaults(QString *error);
+    // Writes the settings' entries under `keys` into the destination's line
+    // of the user's saved options (~/.cups/lpoptions, see LpOptions.h), so
+    // that later jobs to it through lp, lpr and these hosts start from them;
+    // a key the settings lack leaves the line. False, with the reason in
+    // `error`, when there is no destination or the file cannot be written.
+    bool saveAsDestinationDefaults(const QStringList &keys, QString *error);
+    // Takes `keys` out of the destination's saved options and out of the
+    // settings. False, with the reason in `error`, as above.
+    bool clearDestinationDefaults(const QStringList &keys, QString *error);
 
 private:
     PrinterSession() = default;

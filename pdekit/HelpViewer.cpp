@@ -6,10 +6,13 @@
 #include "pdekit/GuiAvailability.h"
 #include "pdekit/PdeKitLogging.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QDialog>
+#include <QDialogButtonBox>
 #include <QHash>
 #include <QPointer>
 #include <QTextBrowser>
+#include <QVBoxLayout>
 
 namespace pde {
 
@@ -20,8 +23,16 @@ struct HelpViewer::Private {
     };
     QHash<QString, Book> books;
     PageHandler handler;
-    // Deleted when the user closes it, or by the application's clean-up.
-    QPointer<QTextBrowser> window;
+    // Deleted when the user closes it, with the dialog it belongs to, or by
+    // the application's clean-up.
+    QPointer<QDialog> window;
+    QPointer<QTextBrowser> browser;
+    QString bookName; // of the page shown
+    void showTitle()
+    {
+        const QString title = browser->documentTitle();
+        window->setWindowTitle(title.isEmpty() ? bookName : title);
+    }
 };
 
 HelpViewer::HelpViewer() : d(std::make_unique<Private>()) {}
@@ -89,22 +100,48 @@ bool HelpViewer::gotoPage(const QString &bookName, const std::optional<QString> 
     if (d->handler) {
         d->handler(bookName, *page);
     } else if (hasInteractiveDisplay()) {
-        if (!d->window) {
-            d->window = new QTextBrowser;
-            d->window->setAttribute(Qt::WA_DeleteOnClose);
-            d->window->resize(640, 560);
-            d->window->setOpenExternalLinks(true);
-            qAddPostRoutine([] { delete HelpViewer::instance().d->window.data(); });
-        }
-        d->window->setWindowTitle(bookName);
-        d->window->setSource(*page);
-        d->window->show();
-        d->window->raise();
-        d->window->activateWindow();
+        showPageInWindow(bookName, *page);
     } else {
         qCInfo(lcPdeHelp, "help page: %s", qUtf8Printable(page->toString()));
     }
     return true;
+}
+
+QWidget *HelpViewer::showPageInWindow(const QString &bookName, const QUrl &page)
+{
+    // A window of the dialog that waits for the user is not blocked by it;
+    // one of another window would be, and could not be scrolled or closed.
+    QWidget *owner = QApplication::activeModalWidget();
+    if (owner == nullptr)
+        owner = QApplication::activeWindow();
+    if (d->window && d->window->parentWidget() != owner)
+        delete d->window.data();
+    if (!d->window) {
+        auto *window = new QDialog(owner);
+        window->setAttribute(Qt::WA_DeleteOnClose);
+        window->setModal(false);
+        window->setSizeGripEnabled(true);
+        auto *layout = new QVBoxLayout(window);
+        auto *browser = new QTextBrowser(window);
+        browser->setOpenExternalLinks(true);
+        layout->addWidget(browser);
+        auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, window);
+        QObject::connect(buttons, &QDialogButtonBox::rejected, window, &QDialog::close);
+        layout->addWidget(buttons);
+        QObject::connect(browser, &QTextBrowser::sourceChanged, window, [this] { d->showTitle(); });
+        window->resize(640, 560);
+        static const bool cleanedUp = (qAddPostRoutine([] { delete HelpViewer::instance().d->window.data(); }), true);
+        Q_UNUSED(cleanedUp);
+        d->window = window;
+        d->browser = browser;
+    }
+    d->bookName = bookName;
+    d->browser->setSource(page);
+    d->showTitle();
+    d->window->show();
+    d->window->raise();
+    d->window->activateWindow();
+    return d->window;
 }
 
 HelpViewer::PageHandler HelpViewer::setPageHandler(PageHandler handler)

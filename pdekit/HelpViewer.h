@@ -13,7 +13,7 @@
 #include <memory>
 #include <optional>
 
-class QTextBrowser;
+class QWidget;
 
 namespace pde {
 
@@ -38,11 +38,19 @@ public:
     std::optional<QUrl> resolvePage(const QString &bookName, const std::optional<QString> &pagePath,
                                     const std::optional<QString> &anchor) const;
 
-    // Opens the page: through the installed handler, else in a help window
+    // Opens the page: through the installed handler, else in the help window
     // when there is a display, else by logging its location. Returns false,
     // logging which, for an unknown book or page; nothing opens then.
     bool gotoPage(const QString &bookName, const std::optional<QString> &pagePath,
                   const std::optional<QString> &anchor);
+
+    // Shows `page` in the help window and returns it: a window of the dialog
+    // that is modal now (or of the active window), so that it stays above it
+    // and takes input while that dialog waits, without being modal itself;
+    // it scrolls, follows links, closes with Close or Escape, and is titled
+    // with the page's title (the book name when the page has none). One
+    // window serves every page; it goes when closed or with its dialog.
+    QWidget *showPageInWindow(const QString &bookName, const QUrl &page);
 
     // Installs the page handler; an empty one restores the default. Returns
     // the previous handler.

@@ -1,16 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Printing for real through a private CUPS scheduler: jobs submitted by
-// pde-host and by the desktop dialog reach the printer's filter with the
-// panel's record intact, byte for byte.
+// pde-host reach the printer's filter with the panel's record intact, byte
+// for byte (the desktop dialog's are in PrintDialogTest.cpp).
 #include "EndToEndFixture.h"
 
 #include "host/OrderedJson.h"
-#include "host/PanelDriver.h"
-#include "host/PdePrintDialog.h"
-#include "host/PrinterPanels.h"
-#include "pdekit/Alert.h"
-
-#include <QPrinter>
 
 namespace {
 
@@ -81,57 +75,6 @@ TEST_F(EndToEnd, PdeHostPrintDeliversTheRecordByteForByte)
         ASSERT_GT(job, 0) << row.name;
         EXPECT_EQ(recordSeenByFilter(job), expected) << row.name;
     }
-}
-
-TEST_F(EndToEnd, TheDesktopDialogSavesEveryPanelThenPrints)
-{
-    QString error;
-    const std::unique_ptr<pdehost::PrinterPanels> panels =
-        pdehost::PrinterPanels::open({{}, QStringLiteral("e2e")}, {}, {kBundle}, &error);
-    ASSERT_TRUE(panels) << qPrintable(error);
-    ASSERT_EQ(panels->panels().size(), 1u) << qPrintable(panels->problems().join(u'\n'));
-    pdehost::PrinterSession *session = &panels->session();
-
-    QList<pde::Alert> alerts;
-    const pde::AlertHandler previous = pde::setAlertHandler([&alerts](const pde::Alert &alert) { alerts.append(alert); });
-    QPrinter printer;
-    printer.setPrinterName(QStringLiteral("e2e"));
-    {
-        pdehost::PdePrintDialog dialog(&printer, panels.get());
-        dialog.show();
-        pdehost::PanelDriver driver(panels->panels().front().panel->panelView());
-        ASSERT_EQ(driver.enter(QStringLiteral("printType"), QStringLiteral("1")), std::nullopt);
-
-        // No user ID: the panel refuses, the dialog stays open on its tab.
-        dialog.accept();
-        EXPECT_TRUE(dialog.isVisible());
-        EXPECT_EQ(dialog.result(), QDialog::Rejected);
-        ASSERT_EQ(alerts.size(), 1);
-
-        ASSERT_EQ(driver.enter(QStringLiteral("userName"), QStringLiteral("hanako")), std::nullopt);
-        ASSERT_EQ(driver.enter(QStringLiteral("password"), QStringLiteral("9753")), std::nullopt);
-        ASSERT_EQ(driver.enter(QStringLiteral("documentName"), QStringLiteral("plan/B")), std::nullopt);
-        EXPECT_TRUE(dialog.summaryLines().contains(QStringLiteral("User ID: hanako")));
-        dialog.setSaveAsPrinterDefaults(true);
-        dialog.accept();
-        EXPECT_EQ(dialog.result(), QDialog::Accepted);
-
-        const std::variant<int, QString> job = dialog.printFiles({kDocument});
-        ASSERT_TRUE(std::holds_alternative<int>(job)) << qPrintable(std::get<QString>(job));
-        QStringList expected;
-        for (const char *suffix : kSuffixes)
-            expected.append(session->printSettings()->value(kPrefix + QLatin1StringView(suffix))->toString());
-        EXPECT_EQ(recordSeenByFilter(std::get<int>(job)), expected);
-        EXPECT_EQ(expected[2], QStringLiteral("hanako"));
-        EXPECT_EQ(expected[5], QStringLiteral("/112/108/97/110/47/66"));
-    }
-    pde::setAlertHandler(previous);
-
-    // Saved as the printer's defaults: the next session starts from them.
-    std::unique_ptr<pdehost::PrinterSession> next = pdehost::PrinterSession::fromDestination(QStringLiteral("e2e"), {}, &error);
-    ASSERT_TRUE(next) << qPrintable(error);
-    EXPECT_EQ(next->printSettings()->value(kPrefix + QStringLiteral("PrintTypeUserName")),
-              QVariant(QStringLiteral("hanako")));
 }
 
 } // namespace

@@ -37,7 +37,7 @@ protected:
         EndToEnd::SetUp();
         if (IsSkipped() || HasFatalFailure())
             return;
-        static const bool added = cupsd->addQueue(kHeld, kPpd, {QStringLiteral("-o"), QStringLiteral("job-hold-until-default=indefinite")});
+        static const bool added = cupsd->addQueue(kHeld, kPpd, {QStringLiteral("job-hold-until-default=indefinite")});
         ASSERT_TRUE(added) << qPrintable(cupsd->problem());
     }
 
@@ -331,7 +331,7 @@ TEST_F(Agent, AJobWhosePanelCannotBeShownStaysHeldAndTheWindowSaysWhy)
     missing.write(example.readAll().replace("JobTypeQTRN.plugin", "Nowhere.plugin"));
     missing.close();
     ASSERT_TRUE(cupsd->addQueue(QStringLiteral("missing"), missing.fileName(),
-                                {QStringLiteral("-o"), QStringLiteral("job-hold-until-default=indefinite")}));
+                                {QStringLiteral("job-hold-until-default=indefinite")}));
 
     const int job = submitWithLp(QStringLiteral("Plan"), QStringLiteral("missing"));
     pdehost::HeldJobWindow *window = windowFor(job);

@@ -152,7 +152,7 @@ bool PrivateCupsd::start()
     return false;
 }
 
-bool PrivateCupsd::addQueue(const QString &name, const QString &ppd, const QStringList &lpadminOptions)
+bool PrivateCupsd::addQueue(const QString &name, const QString &ppd, const QStringList &settings)
 {
     QFile source(ppd);
     if (!source.open(QIODevice::ReadOnly)) {
@@ -165,11 +165,14 @@ bool PrivateCupsd::addQueue(const QString &name, const QString &ppd, const QStri
         m_problem = QStringLiteral("%1 cannot be written").arg(queuePpd);
         return false;
     }
+    QStringList arguments{QStringLiteral("-h"), server(), QStringLiteral("-p"), name, QStringLiteral("-E"),
+                          QStringLiteral("-v"), QStringLiteral("file://") + m_dir.filePath(QStringLiteral("out/device-")) + name,
+                          QStringLiteral("-P"), queuePpd};
+    for (const QString &setting : settings)
+        arguments << QStringLiteral("-o") << setting;
     QProcess lpadmin;
     lpadmin.setProcessChannelMode(QProcess::MergedChannels);
-    lpadmin.start(kLpadmin, QStringList{QStringLiteral("-h"), server(), QStringLiteral("-p"), name, QStringLiteral("-E"),
-                             QStringLiteral("-v"), QStringLiteral("file://") + m_dir.filePath(QStringLiteral("out/device-")) + name,
-                             QStringLiteral("-P"), queuePpd} + lpadminOptions);
+    lpadmin.start(kLpadmin, arguments);
     if (!lpadmin.waitForFinished(30000) || lpadmin.exitCode() != 0) {
         m_problem = QStringLiteral("lpadmin failed: %1").arg(QString::fromLocal8Bit(lpadmin.readAll()));
         return false;

@@ -30,10 +30,10 @@ public:
     // The folder that stands for the system's CUPS folder (lpoptions).
     QString serverRoot() const { return m_dir.path(); }
 
-    // Adds a queue from `ppd` (the record filter added to it), with further
-    // lpadmin options. False, with lpadmin's output in problem(), when it
-    // fails.
-    bool addQueue(const QString &name, const QString &ppd, const QStringList &lpadminOptions = {});
+    // Adds a queue from `ppd` (the record filter added to it), with lpadmin's
+    // `-o` settings (such as "job-hold-until-default=indefinite"). False,
+    // with lpadmin's output in problem(), when it fails.
+    bool addQueue(const QString &name, const QString &ppd, const QStringList &settings = {});
 
     // What the scheduler wrote to its error and access logs.
     QByteArray logs() const;

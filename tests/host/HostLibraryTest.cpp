@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The host library's own rules: ordered JSON settings and the bundles a PPD
-// calls for.
+// The host library's own rules: ordered JSON settings, the bundles a PPD
+// calls for, and the saved printer options file.
 #include "host/BundleLocator.h"
+#include "host/LpOptions.h"
 #include "host/OrderedJson.h"
 
 #include <QDir>
@@ -82,6 +83,57 @@ TEST(BundleLocator, PpdCallsAndSearchOrder)
     EXPECT_TRUE(missing.paths.isEmpty());
     ASSERT_EQ(missing.problems.size(), 1);
     EXPECT_TRUE(missing.problems.front().startsWith(QStringLiteral("Third.plugin: ")));
+}
+
+TEST(LpOptions, RewritesOnlyTheDestinationsLineAndReadsItBack)
+{
+    const QString tricky = QStringLiteral("it's a \"test\" \\ x");
+    const struct {
+        const char *name;
+        QByteArray before; // the file; empty: there is none
+        QString destination;
+        OrderedStrings set;
+        QStringList removed;
+        QByteArray after;
+    } rows[] = {
+        {"new file: values quoted, an empty one kept empty", {}, QStringLiteral("p"),
+         {{QStringLiteral("a"), QStringLiteral("1")}, {QStringLiteral("empty"), QString()}}, {}, "Dest p a='1' empty=''\n"},
+        {"other lines and comments stay, the printer's lines become one", "# mine\nDest p a=1\nDest q z=0\nDest p b=2\n",
+         QStringLiteral("p"), {{QStringLiteral("c"), QStringLiteral("3")}}, {}, "# mine\nDest p a='1' b='2' c='3'\nDest q z=0\n"},
+        {"name matched without case, keyword and spelling kept", "Default P a=1\n", QStringLiteral("p"),
+         {{QStringLiteral("a"), QStringLiteral("2")}}, {}, "Default P a='2'\n"},
+        {"a line left empty goes, but a default printer's stays", "Dest p a=1\nDefault P b=2\n", QStringLiteral("p"), {},
+         {QStringLiteral("a"), QStringLiteral("b")}, "Default p\n"},
+        {"an instance has a line of its own", "Dest p a=1\n", QStringLiteral("p/draft"),
+         {{QStringLiteral("b"), QStringLiteral("2")}}, {}, "Dest p a=1\nDest p/draft b='2'\n"},
+        {"quotes and backslashes", {}, QStringLiteral("p"), {{QStringLiteral("v"), tricky}}, {},
+         "Dest p v='it\\'s a \"test\" \\\\ x'\n"},
+    };
+    for (const auto &row : rows) {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("cups/lpoptions"));
+        if (!row.before.isEmpty()) {
+            QDir().mkpath(dir.filePath(QStringLiteral("cups")));
+            QFile file(path);
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+            file.write(row.before);
+        }
+        pde::PrintSettings set;
+        for (const auto &[key, value] : row.set)
+            set.setValue(key, value);
+        QString error;
+        ASSERT_TRUE(pdehost::updateLpOptions(path, row.destination, set, row.removed, &error)) << row.name << ": " << qPrintable(error);
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << row.name;
+        EXPECT_EQ(file.readAll(), row.after) << row.name;
+        // What is read back is what was set.
+        const pde::PrintSettings read = pdehost::lpOptionsFor(path, row.destination);
+        for (const auto &[key, value] : row.set)
+            EXPECT_EQ(read.value(key), QVariant(value)) << row.name << ": " << qPrintable(key);
+        for (const QString &key : row.removed)
+            EXPECT_FALSE(read.contains(key)) << row.name << ": " << qPrintable(key);
+    }
+    EXPECT_EQ(pdehost::lpOptionsFor(QStringLiteral("/nonexistent/lpoptions"), QStringLiteral("p")), pde::PrintSettings());
 }
 
 } // namespace
