@@ -26,6 +26,10 @@ TEST(OrderedJson, ReadsObjectsOfStringsInOrderAndRefusesEverythingElse)
         {"escapes", R"({"k": "a\"b\\c\/d\n\u00e9\ud83d\ude00"})",
          OrderedStrings{{QStringLiteral("k"), QStringLiteral(u"a\"b\\c/d\n\u00e9\U0001F600")}}},
         {"UTF-8 as it is", "{\"k\": \"\xe8\xb3\x87\xe6\x96\x99\"}", OrderedStrings{{QStringLiteral("k"), QStringLiteral(u"資料")}}},
+        {"byte-order mark", "\xef\xbb\xbf{\"k\": \"v\"}", OrderedStrings{{QStringLiteral("k"), QStringLiteral("v")}}},
+        {"truncated UTF-8", "{\"k\": \"ok\xe8\xb3\"}", std::nullopt},
+        {"UTF-8 of a surrogate", "{\"k\": \"\xed\xa0\x80\"}", std::nullopt},
+        {"overlong UTF-8", "{\"k\": \"\xc0\xaf\"}", std::nullopt},
         {"number value", R"({"k": 5})", std::nullopt},
         {"repeated key", R"({"k": "1", "k": "2"})", std::nullopt},
         {"array", R"(["k"])", std::nullopt},
@@ -42,6 +46,10 @@ TEST(OrderedJson, ReadsObjectsOfStringsInOrderAndRefusesEverythingElse)
             EXPECT_TRUE(error.startsWith(QStringLiteral("at byte "))) << row.name;
         }
     }
+    // Offsets count from the file's first byte, a byte-order mark included.
+    QString error;
+    pdehost::parseStringObject("\xef\xbb\xbf{\"k\": \"ok\xe8\xb3\"}", &error);
+    EXPECT_EQ(error, QStringLiteral("at byte 12: not valid UTF-8"));
 }
 
 TEST(OrderedJson, WhatIsWrittenReadsBackTheSame)
