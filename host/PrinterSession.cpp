@@ -2,6 +2,8 @@
 // Opening the printer's PPD and options through libcups.
 #include "host/PrinterSession.h"
 
+#include "host/SchedulerConnection.h"
+
 #include <QByteArray>
 #include <QFile>
 
@@ -73,11 +75,15 @@ std::unique_ptr<PrinterSession> PrinterSession::fromDestination(const QString &n
 {
     const QByteArray printer = name.section(u'/', 0, 0).toUtf8();
     const QByteArray instance = name.section(u'/', 1).toUtf8();
+    const std::unique_ptr<SchedulerConnection> connection = SchedulerConnection::open(error);
+    if (!connection)
+        return nullptr;
     cups_dest_t *dests = nullptr;
-    const int count = cupsGetDests2(CUPS_HTTP_DEFAULT, &dests);
+    const int count = cupsGetDests2(connection->http(), &dests);
     cups_dest_t *found = cupsGetDest(printer.constData(), instance.isEmpty() ? nullptr : instance.constData(), count, dests);
     if (found == nullptr) {
-        *error = QStringLiteral("%1: no such printer (%2)").arg(name, QString::fromUtf8(cupsLastErrorString()));
+        *error = connection->failed() ? QStringLiteral("%1: %2").arg(name, connection->lastError())
+                                      : QStringLiteral("%1: no such printer (%2)").arg(name, connection->lastError());
         cupsFreeDests(count, dests);
         return nullptr;
     }
@@ -85,9 +91,9 @@ std::unique_ptr<PrinterSession> PrinterSession::fromDestination(const QString &n
     cupsCopyDest(found, 0, &session->m_destination);
     cupsFreeDests(count, dests);
 
-    const char *ppdPath = cupsGetPPD2(CUPS_HTTP_DEFAULT, printer.constData());
+    const char *ppdPath = cupsGetPPD2(connection->http(), printer.constData());
     if (ppdPath == nullptr) {
-        *error = QStringLiteral("%1: the printer's PPD cannot be had: %2").arg(name, QString::fromUtf8(cupsLastErrorString()));
+        *error = QStringLiteral("%1: the printer's PPD cannot be had: %2").arg(name, connection->lastError());
         return nullptr;
     }
     const QString local = QFile::decodeName(ppdPath);
