@@ -7,6 +7,10 @@
 #include "host/OrderedJson.h"
 #include "host/PanelDriver.h"
 #include "host/PrinterPanels.h"
+#include "host/RecordPrivacy.h"
+#include "host/SecretInput.h"
+#include "host/SettingsFile.h"
+#include "host/TerminalText.h"
 #include "pdekit/Alert.h"
 #include "pdekit/Bundle.h"
 #include "pdekit/HelpViewer.h"
@@ -17,13 +21,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
-#include <QSaveFile>
 #include <QTextStream>
 #include <QWidget>
 
 #include <cstdio>
-#include <iostream>
-#include <string>
 
 namespace {
 
@@ -67,8 +68,9 @@ Values:
                          4 second secure kind),
                          userName, password, documentNameType (0 automatic,
                          1 entered) and documentName
-  --password-stdin       read the password (the first line) from standard
-                         input, so that it never shows in the process list
+  --password-stdin       read the password (the first line, at most 1024
+                         bytes) from standard input, so that it never shows
+                         in the process list
   --lang LANG            the language of the panels (e.g. ja)
   --format json|lp       how `record` prints the settings (default json;
                          lp prints shell-quoted -o arguments for lp)
@@ -83,12 +85,20 @@ Commands:
                          sees them, as JSON (value, enabled, caption colour)
   screenshot OUT.png     after entering the values: render the panels
   print FILE...          as record, then submit the files to the printer
-                         (--printer) with the settings as job options
+                         (--printer) with the settings as job options; a job
+                         that fails on the way is cancelled
+  protect-record [--dry-run]
+                         for administrators: add the record keys that the
+                         installed bundles declare private to JobPrivateValues
+                         of every policy of the scheduler, so that other users
+                         cannot read them from its jobs; prints the change
+                         (--dry-run: only prints it)
 
 Exit status:
   0  success
   1  usage error
-  2  a bundle, PPD or printer that cannot be loaded
+  2  a bundle, PPD, settings file, printer or scheduler that cannot be
+     loaded or reached (PDE_SCHEDULER_TIMEOUT seconds, default 10)
   3  a panel refused the save; its alert is on standard error as "alert: TEXT"
   4  a control refused a value (which key, and what it refused)
 )";
@@ -101,7 +111,7 @@ QTextStream &err()
 
 int fail(ExitCode code, const QString &message)
 {
-    err() << "pde-host: " << message << Qt::endl;
+    err() << "pde-host: " << terminalText(message) << Qt::endl;
     return code;
 }
 
@@ -132,13 +142,14 @@ void filterMessages(QtMsgType type, const QMessageLogContext &context, const QSt
 {
     const QByteArray category(context.category != nullptr ? context.category : "");
     if (category.startsWith("pde.") || category.startsWith("com.") || type == QtFatalMsg)
-        err() << category << ": " << message << Qt::endl;
+        err() << category << ": " << terminalText(message) << Qt::endl;
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
+    standardInputWasOpen(); // before anything opens a file that could take its number
     // Panels are widgets; this host shows them to nobody.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -156,10 +167,12 @@ int main(int argc, char **argv)
     const QCommandLineOption langOption(QStringLiteral("lang"), {}, QStringLiteral("LANG"));
     const QCommandLineOption setOption(QStringLiteral("set"), {}, QStringLiteral("KEY=VALUE"));
     const QCommandLineOption passwordStdinOption(QStringLiteral("password-stdin"));
+    const QCommandLineOption dryRunOption(QStringLiteral("dry-run"));
     const QCommandLineOption formatOption(QStringLiteral("format"), {}, QStringLiteral("FORMAT"), QStringLiteral("json"));
     const QCommandLineOption helpOption(QStringList{QStringLiteral("h"), QStringLiteral("help")});
     for (const QCommandLineOption &option : {bundleOption, ppdOption, printerOption, optionOption, settingsOption,
-                                             langOption, setOption, passwordStdinOption, formatOption, helpOption})
+                                             langOption, setOption, passwordStdinOption, dryRunOption, formatOption,
+                                             helpOption})
         parser.addOption(option);
     if (!parser.parse(QApplication::arguments()))
         return fail(kUsage, parser.errorText() + QStringLiteral(" (see pde-host --help)"));
@@ -173,11 +186,27 @@ int main(int argc, char **argv)
     const QString command = positional.value(0);
     const QStringList commandArguments = positional.mid(1);
     static const QStringList kCommands{QStringLiteral("panels"), QStringLiteral("record"), QStringLiteral("summary"),
-                                       QStringLiteral("state"), QStringLiteral("screenshot"), QStringLiteral("print")};
+                                       QStringLiteral("state"), QStringLiteral("screenshot"), QStringLiteral("print"),
+                                       QStringLiteral("protect-record")};
     if (command.isEmpty())
         return fail(kUsage, QStringLiteral("no command given (see pde-host --help)"));
     if (!kCommands.contains(command))
         return fail(kUsage, QStringLiteral("unknown command \"%1\" (see pde-host --help)").arg(command));
+    if (command == u"protect-record") {
+        if (!commandArguments.isEmpty())
+            return fail(kUsage, QStringLiteral("protect-record takes no arguments, but got \"%1\"").arg(commandArguments.first()));
+        QStringList problems;
+        const QStringList keys = installedPrivateSettingsKeys(parser.values(bundleOption), &problems);
+        for (const QString &problem : problems)
+            err() << "pde-host: " << terminalText(problem) << Qt::endl;
+        QString error;
+        const std::optional<QStringList> report = protectRecord(keys, parser.isSet(dryRunOption), &error);
+        if (!report)
+            return fail(kCannotLoad, error);
+        for (const QString &line : *report)
+            writeOut((terminalText(line) + u'\n').toUtf8());
+        return kSuccess;
+    }
     if (parser.isSet(ppdOption) == parser.isSet(printerOption))
         return fail(kUsage, QStringLiteral("give exactly one of --ppd FILE and --printer NAME"));
     if (command == u"screenshot" && commandArguments.size() != 1)
@@ -207,12 +236,11 @@ int main(int argc, char **argv)
         values.append(*pair);
     }
     if (parser.isSet(passwordStdinOption)) {
-        std::string line;
-        std::getline(std::cin, line);
-        if (!line.empty() && line.back() == '\r')
-            line.pop_back();
-        values.append({QStringLiteral("password"), QString::fromStdString(line)});
-        std::fill(line.begin(), line.end(), '\0');
+        QString problem;
+        std::optional<QString> password = readSecretLine(&problem);
+        if (!password)
+            return fail(kUsage, QStringLiteral("--password-stdin: %1").arg(problem));
+        values.append({QStringLiteral("password"), std::move(*password)});
     }
     if (parser.isSet(langOption))
         pde::setPreferredLanguages(QStringList{parser.value(langOption)});
@@ -227,34 +255,29 @@ int main(int argc, char **argv)
 
     const QString settingsFile = parser.value(settingsOption);
     if (!settingsFile.isEmpty()) {
-        QFile file(settingsFile);
-        if (file.exists()) {
-            if (!file.open(QIODevice::ReadOnly))
-                return fail(kCannotLoad, QStringLiteral("%1: %2").arg(settingsFile, file.errorString()));
-            const std::optional<OrderedStrings> entries = parseStringObject(file.readAll(), &error);
-            if (!entries)
-                return fail(kCannotLoad, QStringLiteral("%1: not a JSON object of strings: %2").arg(settingsFile, error));
-            for (const auto &[key, value] : *entries)
-                session->printSettings()->setValue(key, value);
-        }
+        const std::optional<OrderedStrings> entries = readSettingsFile(settingsFile, &error);
+        if (!entries)
+            return fail(kCannotLoad, error);
+        for (const auto &[key, value] : *entries)
+            session->printSettings()->setValue(key, value);
     }
 
     for (const QString &problem : printer->problems())
-        err() << "pde-host: " << problem << Qt::endl;
+        err() << "pde-host: " << terminalText(problem) << Qt::endl;
     if (printer->panels().empty())
         return fail(kCannotLoad, printer->problems().isEmpty() ? QStringLiteral("the printer calls for no extension bundle, and none was given with --bundle")
                                                                : QStringLiteral("no panel could be loaded"));
 
     if (command == u"panels") {
         for (HostedPanel &hosted : printer->panels())
-            writeOut((hosted.panel->panelKind() + u'\t' + hosted.panel->panelName() + u'\n').toUtf8());
+            writeOut((terminalText(hosted.panel->panelKind()) + u'\t' + terminalText(hosted.panel->panelName()) + u'\n').toUtf8());
         return kSuccess;
     }
 
     // Alerts and help pages go to standard error: nobody is there to click.
-    pde::setAlertHandler([](const pde::Alert &alert) { err() << "alert: " << alert.messageText << Qt::endl; });
+    pde::setAlertHandler([](const pde::Alert &alert) { err() << "alert: " << terminalText(alert.messageText) << Qt::endl; });
     pde::HelpViewer::instance().setPageHandler(
-        [](const QString &, const QUrl &page) { err() << "help: " << page.toString() << Qt::endl; });
+        [](const QString &, const QUrl &page) { err() << "help: " << terminalText(page.toString()) << Qt::endl; });
 
     // What a dialog does when it opens: views, restore, show.
     QList<QWidget *> views;
@@ -312,15 +335,15 @@ int main(int argc, char **argv)
     // record, summary, print: the save of every panel.
     if (const std::optional<std::size_t> refused = printer->saveAll())
         return fail(kSaveRefused, QStringLiteral("%1 refused the save").arg(printer->panels()[*refused].panel->panelName()));
+    // The panels hold the protected form now; the clear text is not needed.
+    for (auto &[key, value] : values)
+        wipe(value);
     OrderedStrings record;
     for (const QString &key : session->printSettings()->keys())
         record.append({key, pde::PrintSettings::optionText(*session->printSettings()->value(key))});
 
-    if (command == u"record" && !settingsFile.isEmpty()) {
-        QSaveFile file(settingsFile);
-        if (!file.open(QIODevice::WriteOnly) || file.write(formatStringObject(record)) < 0 || !file.commit())
-            return fail(kCannotLoad, QStringLiteral("%1: cannot be written: %2").arg(settingsFile, file.errorString()));
-    }
+    if (command == u"record" && !settingsFile.isEmpty() && !writeSettingsFile(settingsFile, record, &error))
+        return fail(kCannotLoad, error);
 
     if (command == u"record") {
         if (format == u"lp") {
@@ -339,7 +362,7 @@ int main(int argc, char **argv)
             if (!summary)
                 continue;
             for (const QString &title : summary->value(QString(pde::kSummaryDisplayOrderKey)).toStringList())
-                writeOut((title + QStringLiteral(": ") + summary->value(title).toString() + u'\n').toUtf8());
+                writeOut((terminalText(title) + QStringLiteral(": ") + terminalText(summary->value(title).toString()) + u'\n').toUtf8());
         }
         return kSuccess;
     }

@@ -3,6 +3,8 @@
 // extension panels in it, to CUPS.
 #include "host/PdePrintDialog.h"
 #include "host/PrinterPanels.h"
+#include "host/RecordPrivacy.h"
+#include "host/TerminalText.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -88,6 +90,15 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "pde-print: %s\n", qUtf8Printable(*problem));
         return 2;
     }
+    // Once per run: whether other users can read this job's private values.
+    QStringList privateKeys;
+    for (const pdehost::HostedPanel &hosted : panels->panels())
+        privateKeys += pdehost::privateSettingsKeys(*hosted.bundle);
+    QString unknown;
+    const std::optional<QStringList> shown = privateKeys.isEmpty() ? std::nullopt
+                                             : pdehost::recordKeysShownToOthers(std::get<int>(job), privateKeys, &unknown);
+    if (shown && !shown->isEmpty())
+        std::fprintf(stderr, "pde-print: %s\n", qUtf8Printable(pdehost::terminalText(pdehost::recordPrivacyWarning(*shown))));
     std::printf("%d\n", std::get<int>(job));
     return 0;
 }
