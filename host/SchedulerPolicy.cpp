@@ -161,8 +161,12 @@ private:
         return policies;
     }
 
-    QByteArray newLine(const QByteArray &indent, const QByteArray &values) const
+    QByteArray newLine(const QByteArray &indent, QByteArray values) const
     {
+        // The scheduler takes the first "#" of a line for a comment unless a
+        // backslash precedes it, and leaves later ones alone.
+        if (const qsizetype hash = values.indexOf('#'); hash >= 0)
+            values.insert(hash, '\\');
         return indent + "JobPrivateValues " + values + (m_crlf ? "\r" : "");
     }
 
