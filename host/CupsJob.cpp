@@ -2,6 +2,8 @@
 // Job submission through the CUPS destination API.
 #include "host/CupsJob.h"
 
+#include "host/SchedulerConnection.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -13,11 +15,6 @@ namespace {
 struct DestInfoFree {
     void operator()(cups_dinfo_t *info) const { cupsFreeDestInfo(info); }
 };
-
-QString cupsMessage()
-{
-    return QString::fromUtf8(cupsLastErrorString());
-}
 
 } // namespace
 
@@ -46,36 +43,46 @@ std::variant<int, QString> submitJob(cups_dest_t *destination, const QStringList
         options.setValue(QStringLiteral("job-hold-until"), QStringLiteral("no-hold"));
     const pde::CupsOptions cups = options.toCupsOptions();
 
-    const std::unique_ptr<cups_dinfo_t, DestInfoFree> info(cupsCopyDestInfo(CUPS_HTTP_DEFAULT, destination));
+    QString error;
+    const std::unique_ptr<SchedulerConnection> connection = SchedulerConnection::open(&error);
+    if (!connection)
+        return error;
+    http_t *http = connection->http();
+    const QString printer = QString::fromUtf8(destination->name);
+    const std::unique_ptr<cups_dinfo_t, DestInfoFree> info(cupsCopyDestInfo(http, destination));
     if (!info)
-        return QStringLiteral("%1: %2").arg(QString::fromUtf8(destination->name), cupsMessage());
+        return QStringLiteral("%1: %2").arg(printer, connection->lastError());
     int job = 0;
-    if (cupsCreateDestJob(CUPS_HTTP_DEFAULT, destination, info.get(), &job, title.toUtf8().constData(), cups.count(),
-                          cups.data())
+    if (cupsCreateDestJob(http, destination, info.get(), &job, title.toUtf8().constData(), cups.count(), cups.data())
         != IPP_STATUS_OK)
-        return QStringLiteral("%1: the job cannot be created: %2").arg(QString::fromUtf8(destination->name), cupsMessage());
+        return QStringLiteral("%1: the job cannot be created: %2").arg(printer, connection->lastError());
 
+    // From here on a failure cancels the job: an open job would otherwise
+    // print its first documents once the scheduler gives up waiting for the
+    // rest.
+    const auto cancelled = [&](const QString &problem) {
+        if (cupsCancelDestJob(http, destination, job) == IPP_STATUS_OK)
+            return QStringLiteral("%1; job %2 was cancelled").arg(problem).arg(job);
+        return QStringLiteral("%1; job %2 could not be cancelled: %3").arg(problem).arg(job).arg(connection->lastError());
+    };
     for (qsizetype i = 0; i < files.size(); ++i) {
         QFile file(files[i]);
-        if (!file.open(QIODevice::ReadOnly)) {
-            cupsCancelDestJob(CUPS_HTTP_DEFAULT, destination, job);
-            return QStringLiteral("%1: %2").arg(files[i], file.errorString());
-        }
+        if (!file.open(QIODevice::ReadOnly))
+            return cancelled(QStringLiteral("%1: %2").arg(files[i], file.errorString()));
         const QByteArray name = QFileInfo(files[i]).fileName().toUtf8();
-        if (cupsStartDestDocument(CUPS_HTTP_DEFAULT, destination, info.get(), job, name.constData(), CUPS_FORMAT_AUTO, 0,
-                                  nullptr, i + 1 == files.size() ? 1 : 0)
-            != HTTP_STATUS_CONTINUE) {
-            cupsCancelDestJob(CUPS_HTTP_DEFAULT, destination, job);
-            return QStringLiteral("%1: cannot be sent: %2").arg(files[i], cupsMessage());
-        }
-        while (!file.atEnd()) {
+        if (cupsStartDestDocument(http, destination, info.get(), job, name.constData(), CUPS_FORMAT_AUTO, 0, nullptr,
+                                  i + 1 == files.size() ? 1 : 0)
+            != HTTP_STATUS_CONTINUE)
+            return cancelled(QStringLiteral("%1: cannot be sent: %2").arg(files[i], connection->lastError()));
+        bool sent = true;
+        while (sent && !file.atEnd()) {
             const QByteArray chunk = file.read(64 * 1024);
-            if (cupsWriteRequestData(CUPS_HTTP_DEFAULT, chunk.constData(), static_cast<size_t>(chunk.size()))
-                != HTTP_STATUS_CONTINUE)
-                break;
+            sent = !chunk.isEmpty() || file.atEnd();
+            sent = sent && cupsWriteRequestData(http, chunk.constData(), static_cast<size_t>(chunk.size())) == HTTP_STATUS_CONTINUE;
         }
-        if (cupsFinishDestDocument(CUPS_HTTP_DEFAULT, destination, info.get()) != IPP_STATUS_OK)
-            return QStringLiteral("%1: the printer refused it: %2").arg(files[i], cupsMessage());
+        const bool finished = cupsFinishDestDocument(http, destination, info.get()) == IPP_STATUS_OK;
+        if (!sent || !finished)
+            return cancelled(QStringLiteral("%1: the printer refused it: %2").arg(files[i], connection->lastError()));
     }
     return job;
 }

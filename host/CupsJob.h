@@ -27,11 +27,13 @@ struct StandardOptions {
 };
 
 // Creates one job on `destination` holding every file, with the settings'
-// entries and the standard options as job options. The job has been through
-// the panels, so it is sent with job-hold-until=no-hold unless the settings
-// or the options name a hold: a queue that holds other applications' jobs
-// for the panel does not hold it again. Returns the job id, or the reason it
-// failed (which file, and CUPS's own message).
+// entries and the standard options as job options, through a connection
+// that gives up within the scheduler timeout. The job has been through the
+// panels, so it is sent with job-hold-until=no-hold unless the settings or
+// the options name a hold: a queue that holds other applications' jobs for
+// the panel does not hold it again. Returns the job id, or the reason it
+// failed (which file, and CUPS's own message); a job that was created before
+// the failure is cancelled.
 std::variant<int, QString> submitJob(cups_dest_t *destination, const QStringList &files, const QString &title,
                                      const pde::PrintSettings &settings, const StandardOptions &standard);
 

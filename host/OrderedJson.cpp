@@ -7,6 +7,45 @@
 namespace pdehost {
 namespace {
 
+// The offset of the first byte from `from` on that does not belong to a
+// well-formed UTF-8 sequence (overlong forms, surrogates and values above
+// U+10FFFF count as not well-formed); -1 when there is none.
+qsizetype firstInvalidUtf8(const QByteArray &bytes, qsizetype from)
+{
+    const auto byte = [&bytes](qsizetype i) { return static_cast<unsigned char>(bytes[i]); };
+    for (qsizetype i = from; i < bytes.size();) {
+        const unsigned char lead = byte(i);
+        if (lead < 0x80) {
+            ++i;
+            continue;
+        }
+        int length = 0;
+        unsigned char low = 0x80;
+        unsigned char high = 0xbf;
+        if (lead >= 0xc2 && lead <= 0xdf) {
+            length = 2;
+        } else if (lead >= 0xe0 && lead <= 0xef) {
+            length = 3;
+            low = lead == 0xe0 ? 0xa0 : 0x80;  // no overlong form
+            high = lead == 0xed ? 0x9f : 0xbf; // no surrogate
+        } else if (lead >= 0xf0 && lead <= 0xf4) {
+            length = 4;
+            low = lead == 0xf0 ? 0x90 : 0x80;  // no overlong form
+            high = lead == 0xf4 ? 0x8f : 0xbf; // nothing above U+10FFFF
+        } else {
+            return i;
+        }
+        if (i + length > bytes.size() || byte(i + 1) < low || byte(i + 1) > high)
+            return i;
+        for (int k = 2; k < length; ++k) {
+            if (byte(i + k) < 0x80 || byte(i + k) > 0xbf)
+                return i;
+        }
+        i += length;
+    }
+    return -1;
+}
+
 class Reader
 {
 public:
@@ -16,6 +55,14 @@ public:
     {
         OrderedStrings entries;
         QSet<QString> seen;
+        // A byte-order mark is what some editors put first; offsets still
+        // count it, so that they match the file.
+        if (m_json.startsWith("\xEF\xBB\xBF"))
+            m_pos = 3;
+        if (const qsizetype bad = firstInvalidUtf8(m_json, m_pos); bad >= 0) {
+            m_pos = bad;
+            return fail(error, QStringLiteral("not valid UTF-8"));
+        }
         skipSpace();
         if (!expect('{'))
             return fail(error, QStringLiteral("expected a JSON object"));

@@ -16,7 +16,8 @@ using OrderedStrings = QList<std::pair<QString, QString>>;
 
 // Parses `{"key": "value", ...}`. Returns nullopt and sets `error` (with the
 // byte offset and what is wrong) for anything else: other JSON values, a
-// repeated key, trailing text, malformed escapes.
+// repeated key, trailing text, malformed escapes, bytes that are not UTF-8.
+// A UTF-8 byte-order mark at the start is skipped.
 std::optional<OrderedStrings> parseStringObject(const QByteArray &json, QString *error);
 
 // The entries as a JSON object, one entry per line, in their order.

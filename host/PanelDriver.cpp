@@ -38,6 +38,24 @@ bool isSecret(const QLineEdit *field)
     return field->echoMode() != QLineEdit::Normal;
 }
 
+// Whether `control` already shows `value` as enter() would put it there.
+bool holds(QWidget *control, const QString &value)
+{
+    if (auto *popup = qobject_cast<QComboBox *>(control)) {
+        bool ok = false;
+        const int index = value.toInt(&ok);
+        return ok && index == popup->currentIndex();
+    }
+    if (auto *field = qobject_cast<QLineEdit *>(control))
+        return field->text() == value;
+    if (auto *button = qobject_cast<QAbstractButton *>(control)) {
+        const bool wanted = value == u"1" || value.compare(u"true", Qt::CaseInsensitive) == 0;
+        const bool unwanted = value == u"0" || value.compare(u"false", Qt::CaseInsensitive) == 0;
+        return (wanted || unwanted) && button->isChecked() == wanted;
+    }
+    return false;
+}
+
 } // namespace
 
 QStringList PanelDriver::keys() const
@@ -62,8 +80,13 @@ std::optional<QString> PanelDriver::enter(const QString &key, const QString &val
     if (!binding)
         return QStringLiteral("no control of the panel takes %1").arg(key);
     QWidget *control = binding->control;
-    if (!control->isEnabled())
+    if (!control->isEnabled()) {
+        // Entering what a control already shows changes nothing, so even a
+        // disabled control takes it.
+        if (holds(control, value))
+            return std::nullopt;
         return QStringLiteral("its control is disabled");
+    }
 
     if (auto *popup = qobject_cast<QComboBox *>(control)) {
         bool ok = false;
@@ -80,10 +103,12 @@ std::optional<QString> PanelDriver::enter(const QString &key, const QString &val
         field->del();
         if (!field->text().isEmpty())
             return QStringLiteral("its text cannot be cleared");
+        // Neither the typed character nor the text before it is copied:
+        // such copies of a secret would be freed unwiped.
         for (qsizetype i = 0; i < value.size(); ++i) {
-            const QString before = field->text();
-            field->insert(QString(value[i]));
-            if (field->text() == before) {
+            const qsizetype before = field->text().size();
+            field->insert(QString::fromRawData(value.constData() + i, 1));
+            if (field->text().size() == before) {
                 return isSecret(field)
                            ? QStringLiteral("it refused the character at position %1").arg(i + 1)
                            : QStringLiteral("it refused '%1' at position %2").arg(value[i]).arg(i + 1);

@@ -26,9 +26,10 @@ public:
     // Enters `value` into the control bound to `key`: a pop-up takes the item
     // index, a text field is cleared and typed one character at a time, a
     // check box takes true or false. Returns nullopt when the control took
-    // it, else what it refused (a disabled control, a choice it does not
-    // have, the first character its formatter refused). A secret field's
-    // characters are never repeated in the reason.
+    // it, else what it refused (a disabled control, unless it already holds
+    // that value; a choice it does not have; the first character its
+    // formatter refused). A secret field's characters are never repeated in
+    // the reason, nor copied on the way into the field.
     std::optional<QString> enter(const QString &key, const QString &value);
 
     // The controls as the user sees them, as a JSON object in the panel's

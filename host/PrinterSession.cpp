@@ -3,6 +3,7 @@
 #include "host/PrinterSession.h"
 
 #include "host/LpOptions.h"
+#include "host/SchedulerConnection.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -76,15 +77,15 @@ std::unique_ptr<PrinterSession> PrinterSession::fromDestination(const QString &n
 {
     const QByteArray printer = name.section(u'/', 0, 0).toUtf8();
     const QByteArray instance = name.section(u'/', 1).toUtf8();
+    const std::unique_ptr<SchedulerConnection> connection = SchedulerConnection::open(error);
+    if (!connection)
+        return nullptr;
     cups_dest_t *dests = nullptr;
-    const int count = cupsGetDests2(CUPS_HTTP_DEFAULT, &dests);
+    const int count = cupsGetDests2(connection->http(), &dests);
     cups_dest_t *found = cupsGetDest(printer.constData(), instance.isEmpty() ? nullptr : instance.constData(), count, dests);
     if (found == nullptr) {
-        // CUPS's own message when the scheduler answered with an error, not
-        // whatever a file look-up left behind.
-        *error = cupsLastError() > IPP_STATUS_OK_EVENTS_COMPLETE
-                     ? QCoreApplication::translate("pdehost::PrinterSession", "%1: no such printer: %2")
-                           .arg(name, QString::fromUtf8(cupsLastErrorString()))
+        *error = connection->failed()
+                     ? QStringLiteral("%1: %2").arg(name, connection->lastError())
                      : QCoreApplication::translate("pdehost::PrinterSession", "%1: no such printer").arg(name);
         cupsFreeDests(count, dests);
         return nullptr;
@@ -93,10 +94,10 @@ std::unique_ptr<PrinterSession> PrinterSession::fromDestination(const QString &n
     cupsCopyDest(found, 0, &session->m_destination);
     cupsFreeDests(count, dests);
 
-    const char *ppdPath = cupsGetPPD2(CUPS_HTTP_DEFAULT, printer.constData());
+    const char *ppdPath = cupsGetPPD2(connection->http(), printer.constData());
     if (ppdPath == nullptr) {
         *error = QCoreApplication::translate("pdehost::PrinterSession", "%1: the printer's PPD cannot be had: %2")
-                     .arg(name, QString::fromUtf8(cupsLastErrorString()));
+                     .arg(name, connection->lastError());
         return nullptr;
     }
     const QString local = QFile::decodeName(ppdPath);

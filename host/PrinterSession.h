@@ -29,7 +29,8 @@ public:
     static std::unique_ptr<PrinterSession> fromPpdFile(const QString &path, const Options &options, QString *error);
     // A CUPS destination (name or name/instance), its PPD fetched from the
     // scheduler and the user's saved options applied. Returns null and sets
-    // `error` when the destination is unknown or its PPD cannot be had.
+    // `error` when the scheduler cannot be reached or does not answer within
+    // its timeout, the destination is unknown, or its PPD cannot be had.
     static std::unique_ptr<PrinterSession> fromDestination(const QString &name, const Options &options, QString *error);
 
     ~PrinterSession() override;

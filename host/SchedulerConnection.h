@@ -27,6 +27,10 @@ public:
     // answer in time, or CUPS's own last error text.
     QString lastError() const;
 
+    // Whether the last request failed for the scheduler's sake (no answer in
+    // time, the connection lost, a server error) rather than being refused.
+    bool failed() const;
+
     // The scheduler's address as libcups names it ("localhost:631",
     // "/run/cups/cups.sock").
     static QString address();

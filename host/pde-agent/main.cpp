@@ -2,6 +2,7 @@
 // pde-agent: the session agent. It shows the printer's panels for every job
 // of the user that a panel printer's queue holds, whichever application
 // printed it, and prints, keeps or cancels the job as the user says.
+#include "host/HostTranslations.h"
 #include "host/SessionAgent.h"
 
 #include <QApplication>
@@ -86,6 +87,7 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pde-agent"));
     QApplication::setQuitOnLastWindowClosed(false);
+    pdehost::installTranslations();
 
     // One agent per user session.
     const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);

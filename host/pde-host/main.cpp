@@ -9,6 +9,10 @@
 #include "host/OrderedJson.h"
 #include "host/PanelDriver.h"
 #include "host/PrinterPanels.h"
+#include "host/RecordPrivacy.h"
+#include "host/SecretInput.h"
+#include "host/SettingsFile.h"
+#include "host/TerminalText.h"
 #include "pdekit/Alert.h"
 #include "pdekit/Bundle.h"
 #include "pdekit/HelpViewer.h"
@@ -20,13 +24,10 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QImage>
-#include <QSaveFile>
 #include <QTextStream>
 #include <QWidget>
 
 #include <cstdio>
-#include <iostream>
-#include <string>
 
 namespace {
 
@@ -70,8 +71,9 @@ Values:
                          4 second secure kind),
                          userName, password, documentNameType (0 automatic,
                          1 entered) and documentName
-  --password-stdin       read the password (the first line) from standard
-                         input, so that it never shows in the process list
+  --password-stdin       read the password (the first line, at most 1024
+                         bytes) from standard input, so that it never shows
+                         in the process list
   --lang LANG            the language of the panels (e.g. ja)
   --format json|lp       how `record` prints the settings (default json;
                          lp prints shell-quoted -o arguments for lp)
@@ -86,7 +88,14 @@ Commands:
                          sees them, as JSON (value, enabled, caption colour)
   screenshot OUT.png     after entering the values: render the panels
   print FILE...          as record, then submit the files to the printer
-                         (--printer) with the settings as job options
+                         (--printer) with the settings as job options; a job
+                         that fails on the way is cancelled
+  protect-record [--dry-run]
+                         for administrators: add the record keys that the
+                         installed bundles declare private to JobPrivateValues
+                         of every policy of the scheduler, so that other users
+                         cannot read them from its jobs; prints the change
+                         (--dry-run: only prints it)
   jobs                   one line per job of yours that its queue holds and
                          whose PPD calls for a panel (only NAME's with
                          --printer): JOBID, PRINTER, TITLE and STATE, tab
@@ -99,8 +108,9 @@ Commands:
 Exit status:
   0  success
   1  usage error
-  2  a bundle, PPD, printer or job that cannot be loaded, or a job that the
-     scheduler does not let this user change (its reason follows)
+  2  a bundle, PPD, settings file, printer, job or scheduler that cannot be
+     loaded or reached (PDE_SCHEDULER_TIMEOUT seconds, default 10), or a job
+     that the scheduler does not let this user change (its reason follows)
   3  a panel refused the save; its alert is on standard error as "alert: TEXT"
   4  a control refused a value (which key, and what it refused)
 )";
@@ -113,7 +123,7 @@ QTextStream &err()
 
 int fail(ExitCode code, const QString &message)
 {
-    err() << "pde-host: " << message << Qt::endl;
+    err() << "pde-host: " << terminalText(message) << Qt::endl;
     return code;
 }
 
@@ -187,6 +197,14 @@ int listHeldJobs(const QString &printer, const QStringList &explicitBundles)
         if (callsForPanels.value(job.printer))
             writeOut(QStringLiteral("%1\t%2\t%3\t%4\n").arg(job.id).arg(field(job.printer), field(job.title), job.state).toUtf8());
     }
+    // Once: whether other users can read the record's private values from
+    // the user's jobs (judged by the newest job that carries them).
+    QStringList problems;
+    const QStringList privateKeys = installedPrivateSettingsKeys(explicitBundles, &problems);
+    const std::optional<QStringList> shown =
+        privateKeys.isEmpty() ? std::nullopt : recordKeysShownToOthers(0, privateKeys, &error);
+    if (shown && !shown->isEmpty())
+        err() << "pde-host: " << terminalText(recordPrivacyWarning(*shown)) << Qt::endl;
     return kSuccess;
 }
 
@@ -196,13 +214,14 @@ void filterMessages(QtMsgType type, const QMessageLogContext &context, const QSt
 {
     const QByteArray category(context.category != nullptr ? context.category : "");
     if (category.startsWith("pde.") || category.startsWith("com.") || type == QtFatalMsg)
-        err() << category << ": " << message << Qt::endl;
+        err() << category << ": " << terminalText(message) << Qt::endl;
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
+    standardInputWasOpen(); // before anything opens a file that could take its number
     // Panels are widgets; this host shows them to nobody.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -220,10 +239,12 @@ int main(int argc, char **argv)
     const QCommandLineOption langOption(QStringLiteral("lang"), {}, QStringLiteral("LANG"));
     const QCommandLineOption setOption(QStringLiteral("set"), {}, QStringLiteral("KEY=VALUE"));
     const QCommandLineOption passwordStdinOption(QStringLiteral("password-stdin"));
+    const QCommandLineOption dryRunOption(QStringLiteral("dry-run"));
     const QCommandLineOption formatOption(QStringLiteral("format"), {}, QStringLiteral("FORMAT"), QStringLiteral("json"));
     const QCommandLineOption helpOption(QStringList{QStringLiteral("h"), QStringLiteral("help")});
     for (const QCommandLineOption &option : {bundleOption, ppdOption, printerOption, optionOption, settingsOption,
-                                             langOption, setOption, passwordStdinOption, formatOption, helpOption})
+                                             langOption, setOption, passwordStdinOption, dryRunOption, formatOption,
+                                             helpOption})
         parser.addOption(option);
     if (!parser.parse(QApplication::arguments()))
         return fail(kUsage, parser.errorText() + QStringLiteral(" (see pde-host --help)"));
@@ -238,7 +259,8 @@ int main(int argc, char **argv)
     const QStringList commandArguments = positional.mid(1);
     static const QStringList kCommands{QStringLiteral("panels"), QStringLiteral("record"), QStringLiteral("summary"),
                                        QStringLiteral("state"), QStringLiteral("screenshot"), QStringLiteral("print"),
-                                       QStringLiteral("jobs"), QStringLiteral("release")};
+                                       QStringLiteral("jobs"), QStringLiteral("release"),
+                                       QStringLiteral("protect-record")};
     if (command.isEmpty())
         return fail(kUsage, QStringLiteral("no command given (see pde-host --help)"));
     if (!kCommands.contains(command))
@@ -247,6 +269,21 @@ int main(int argc, char **argv)
         if (parser.isSet(ppdOption) || !commandArguments.isEmpty())
             return fail(kUsage, QStringLiteral("jobs takes no arguments and no --ppd (see pde-host --help)"));
         return listHeldJobs(parser.value(printerOption), parser.values(bundleOption));
+    }
+    if (command == u"protect-record") {
+        if (!commandArguments.isEmpty())
+            return fail(kUsage, QStringLiteral("protect-record takes no arguments, but got \"%1\"").arg(commandArguments.first()));
+        QStringList problems;
+        const QStringList keys = installedPrivateSettingsKeys(parser.values(bundleOption), &problems);
+        for (const QString &problem : problems)
+            err() << "pde-host: " << terminalText(problem) << Qt::endl;
+        QString error;
+        const std::optional<QStringList> report = protectRecord(keys, parser.isSet(dryRunOption), &error);
+        if (!report)
+            return fail(kCannotLoad, error);
+        for (const QString &line : *report)
+            writeOut((terminalText(line) + u'\n').toUtf8());
+        return kSuccess;
     }
     if (parser.isSet(ppdOption) == parser.isSet(printerOption))
         return fail(kUsage, QStringLiteral("give exactly one of --ppd FILE and --printer NAME"));
@@ -281,12 +318,11 @@ int main(int argc, char **argv)
         values.append(*pair);
     }
     if (parser.isSet(passwordStdinOption)) {
-        std::string line;
-        std::getline(std::cin, line);
-        if (!line.empty() && line.back() == '\r')
-            line.pop_back();
-        values.append({QStringLiteral("password"), QString::fromStdString(line)});
-        std::fill(line.begin(), line.end(), '\0');
+        QString problem;
+        std::optional<QString> password = readSecretLine(&problem);
+        if (!password)
+            return fail(kUsage, QStringLiteral("--password-stdin: %1").arg(problem));
+        values.append({QStringLiteral("password"), std::move(*password)});
     }
     if (parser.isSet(langOption))
         pde::setPreferredLanguages(QStringList{parser.value(langOption)});
@@ -319,34 +355,29 @@ int main(int argc, char **argv)
 
     const QString settingsFile = parser.value(settingsOption);
     if (!settingsFile.isEmpty()) {
-        QFile file(settingsFile);
-        if (file.exists()) {
-            if (!file.open(QIODevice::ReadOnly))
-                return fail(kCannotLoad, QStringLiteral("%1: %2").arg(settingsFile, file.errorString()));
-            const std::optional<OrderedStrings> entries = parseStringObject(file.readAll(), &error);
-            if (!entries)
-                return fail(kCannotLoad, QStringLiteral("%1: not a JSON object of strings: %2").arg(settingsFile, error));
-            for (const auto &[key, value] : *entries)
-                session->printSettings()->setValue(key, value);
-        }
+        const std::optional<OrderedStrings> entries = readSettingsFile(settingsFile, &error);
+        if (!entries)
+            return fail(kCannotLoad, error);
+        for (const auto &[key, value] : *entries)
+            session->printSettings()->setValue(key, value);
     }
 
     for (const QString &problem : printer->problems())
-        err() << "pde-host: " << problem << Qt::endl;
+        err() << "pde-host: " << terminalText(problem) << Qt::endl;
     if (printer->panels().empty())
         return fail(kCannotLoad, printer->problems().isEmpty() ? QStringLiteral("the printer calls for no extension bundle, and none was given with --bundle")
                                                                : QStringLiteral("no panel could be loaded"));
 
     if (command == u"panels") {
         for (HostedPanel &hosted : printer->panels())
-            writeOut((hosted.panel->panelKind() + u'\t' + hosted.panel->panelName() + u'\n').toUtf8());
+            writeOut((terminalText(hosted.panel->panelKind()) + u'\t' + terminalText(hosted.panel->panelName()) + u'\n').toUtf8());
         return kSuccess;
     }
 
     // Alerts and help pages go to standard error: nobody is there to click.
-    pde::setAlertHandler([](const pde::Alert &alert) { err() << "alert: " << alert.messageText << Qt::endl; });
+    pde::setAlertHandler([](const pde::Alert &alert) { err() << "alert: " << terminalText(alert.messageText) << Qt::endl; });
     pde::HelpViewer::instance().setPageHandler(
-        [](const QString &, const QUrl &page) { err() << "help: " << page.toString() << Qt::endl; });
+        [](const QString &, const QUrl &page) { err() << "help: " << terminalText(page.toString()) << Qt::endl; });
 
     // What a dialog does when it opens: views, restore, show.
     QList<QWidget *> views;
@@ -405,6 +436,9 @@ int main(int argc, char **argv)
     const pde::PrintSettings beforeSave = *session->printSettings();
     if (const std::optional<std::size_t> refused = printer->saveAll())
         return fail(kSaveRefused, QStringLiteral("%1 refused the save").arg(printer->panels()[*refused].panel->panelName()));
+    // The panels hold the protected form now; the clear text is not needed.
+    for (auto &[key, value] : values)
+        wipe(value);
     OrderedStrings record;
     for (const QString &key : session->printSettings()->keys())
         record.append({key, pde::PrintSettings::optionText(*session->printSettings()->value(key))});
@@ -416,11 +450,8 @@ int main(int argc, char **argv)
         return kSuccess;
     }
 
-    if (command == u"record" && !settingsFile.isEmpty()) {
-        QSaveFile file(settingsFile);
-        if (!file.open(QIODevice::WriteOnly) || file.write(formatStringObject(record)) < 0 || !file.commit())
-            return fail(kCannotLoad, QStringLiteral("%1: cannot be written: %2").arg(settingsFile, file.errorString()));
-    }
+    if (command == u"record" && !settingsFile.isEmpty() && !writeSettingsFile(settingsFile, record, &error))
+        return fail(kCannotLoad, error);
 
     if (command == u"record") {
         if (format == u"lp") {
@@ -439,7 +470,7 @@ int main(int argc, char **argv)
             if (!summary)
                 continue;
             for (const QString &title : summary->value(QString(pde::kSummaryDisplayOrderKey)).toStringList())
-                writeOut((title + QStringLiteral(": ") + summary->value(title).toString() + u'\n').toUtf8());
+                writeOut((terminalText(title) + QStringLiteral(": ") + terminalText(summary->value(title).toString()) + u'\n').toUtf8());
         }
         return kSuccess;
     }

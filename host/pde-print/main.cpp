@@ -4,6 +4,8 @@
 #include "host/HostTranslations.h"
 #include "host/PdePrintDialog.h"
 #include "host/PrinterPanels.h"
+#include "host/RecordPrivacy.h"
+#include "host/TerminalText.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -29,7 +31,7 @@ class PdePrint
 
 void complain(const QString &message)
 {
-    std::fprintf(stderr, "pde-print: %s\n", qUtf8Printable(message));
+    std::fprintf(stderr, "pde-print: %s\n", qUtf8Printable(pdehost::terminalText(message)));
 }
 
 // What the command line asks for, read before any window can be had, so
@@ -224,9 +226,24 @@ int main(int argc, char **argv)
         complain(outcome.error);
         return 2;
     }
-    if (outcome.job != 0)
-        std::printf("%s-%d\n", qUtf8Printable(outcome.destination), outcome.job);
-    else
+    if (outcome.job == 0) {
         std::printf("%s\n", qUtf8Printable(outcome.destination));
+        return 0;
+    }
+    // Once per run: whether other users can read this job's private values.
+    QStringList privateKeys;
+    if (pdehost::PrinterPanels *used = dialog.panels()) {
+        for (const pdehost::HostedPanel &hosted : used->panels())
+            privateKeys += pdehost::privateSettingsKeys(*hosted.bundle);
+    }
+    QString unknown;
+    const std::optional<QStringList> shown =
+        privateKeys.isEmpty() ? std::nullopt : pdehost::recordKeysShownToOthers(outcome.job, privateKeys, &unknown);
+    if (shown && !shown->isEmpty()) {
+        const QString warning = pdehost::recordPrivacyWarning(*shown);
+        complain(warning);
+        QMessageBox::warning(nullptr, QStringLiteral("pde-print"), warning);
+    }
+    std::printf("%s-%d\n", qUtf8Printable(outcome.destination), outcome.job);
     return 0;
 }

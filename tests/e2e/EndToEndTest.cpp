@@ -77,4 +77,41 @@ TEST_F(EndToEnd, PdeHostPrintDeliversTheRecordByteForByte)
     }
 }
 
+TEST_F(EndToEnd, AJobThatFailsOnTheWayIsCancelled)
+{
+    QTemporaryDir scratch;
+    const QString empty = scratch.filePath(QStringLiteral("empty.txt"));
+    QFile(empty).open(QIODevice::WriteOnly);
+    const struct {
+        const char *name;
+        QStringList files;
+    } rows[] = {
+        {"a single empty file", {empty}},
+        {"an empty file after a document", {kDocument, empty, kDocument}},
+    };
+    for (const auto &row : rows) {
+        const std::unique_ptr<QProcess> print = runHost(
+            QStringList{QStringLiteral("--printer"), QStringLiteral("e2e"), QStringLiteral("print")} + row.files
+            + QStringList{QStringLiteral("--set"), QStringLiteral("printType=1"), QStringLiteral("--set"),
+                          QStringLiteral("userName=taro"), QStringLiteral("--password-stdin")},
+            "2468\n");
+        const QString error = QString::fromUtf8(print->readAllStandardError());
+        EXPECT_EQ(print->exitCode(), 2) << row.name;
+        const int job = error.section(QStringLiteral("; job "), 1).section(u' ', 0, 0).toInt();
+        ASSERT_GT(job, 0) << row.name << ": " << qPrintable(error);
+        EXPECT_TRUE(error.contains(QStringLiteral("job %1 was cancelled").arg(job))) << row.name << ": " << qPrintable(error);
+
+        cups_job_t *jobs = nullptr;
+        const int count = cupsGetJobs2(CUPS_HTTP_DEFAULT, &jobs, "e2e", 0, CUPS_WHICHJOBS_ALL);
+        ipp_jstate_t state = IPP_JSTATE_PENDING;
+        for (int i = 0; i < count; ++i) {
+            if (jobs[i].id == job)
+                state = jobs[i].state;
+        }
+        cupsFreeJobs(count, jobs);
+        EXPECT_EQ(state, IPP_JSTATE_CANCELED) << row.name;
+        EXPECT_EQ(cupsd->optionsOfJob(job, 1000), std::nullopt) << row.name << ": no part of it reached the printer";
+    }
+}
+
 } // namespace

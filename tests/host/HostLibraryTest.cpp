@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The host library's own rules: ordered JSON settings, the bundles a PPD
-// calls for, and the saved printer options file.
+// calls for, the saved printer options file, and the scheduler policies that
+// keep the record private.
 #include "host/BundleLocator.h"
 #include "host/LpOptions.h"
 #include "host/OrderedJson.h"
+#include "host/SchedulerPolicy.h"
 
 #include <QDir>
 #include <QFile>
@@ -27,6 +29,10 @@ TEST(OrderedJson, ReadsObjectsOfStringsInOrderAndRefusesEverythingElse)
         {"escapes", R"({"k": "a\"b\\c\/d\n\u00e9\ud83d\ude00"})",
          OrderedStrings{{QStringLiteral("k"), QStringLiteral(u"a\"b\\c/d\n\u00e9\U0001F600")}}},
         {"UTF-8 as it is", "{\"k\": \"\xe8\xb3\x87\xe6\x96\x99\"}", OrderedStrings{{QStringLiteral("k"), QStringLiteral(u"資料")}}},
+        {"byte-order mark", "\xef\xbb\xbf{\"k\": \"v\"}", OrderedStrings{{QStringLiteral("k"), QStringLiteral("v")}}},
+        {"truncated UTF-8", "{\"k\": \"ok\xe8\xb3\"}", std::nullopt},
+        {"UTF-8 of a surrogate", "{\"k\": \"\xed\xa0\x80\"}", std::nullopt},
+        {"overlong UTF-8", "{\"k\": \"\xc0\xaf\"}", std::nullopt},
         {"number value", R"({"k": 5})", std::nullopt},
         {"repeated key", R"({"k": "1", "k": "2"})", std::nullopt},
         {"array", R"(["k"])", std::nullopt},
@@ -43,6 +49,10 @@ TEST(OrderedJson, ReadsObjectsOfStringsInOrderAndRefusesEverythingElse)
             EXPECT_TRUE(error.startsWith(QStringLiteral("at byte "))) << row.name;
         }
     }
+    // Offsets count from the file's first byte, a byte-order mark included.
+    QString error;
+    pdehost::parseStringObject("\xef\xbb\xbf{\"k\": \"ok\xe8\xb3\"}", &error);
+    EXPECT_EQ(error, QStringLiteral("at byte 12: not valid UTF-8"));
 }
 
 TEST(OrderedJson, WhatIsWrittenReadsBackTheSame)
@@ -51,6 +61,64 @@ TEST(OrderedJson, WhatIsWrittenReadsBackTheSame)
                                  {QStringLiteral("a"), QStringLiteral(u"tab\there \"q\" \u0001 \u00e9")},
                                  {QStringLiteral("empty"), QString()}};
     EXPECT_EQ(pdehost::parseStringObject(pdehost::formatStringObject(entries), nullptr), entries);
+}
+
+TEST(SchedulerPolicy, EveryPolicyGainsTheKeysItDoesNotHideYetAndKeepsTheRest)
+{
+    const QStringList keys{QStringLiteral("x.Password"), QStringLiteral("x.UserName")};
+    const struct {
+        const char *name;
+        QByteArray conf;
+        std::optional<QByteArray> edited; // nullopt: refused
+    } rows[] = {
+        {"no directive: the default list stays, the keys join it",
+         "Listen 631\n<Policy default>\n  <Limit All>\n    Order deny,allow\n  </Limit>\n</Policy>\n",
+         "Listen 631\n<Policy default>\n  JobPrivateValues default x.Password x.UserName\n  <Limit All>\n    Order deny,allow\n  </Limit>\n</Policy>\n"},
+        {"the stock directive: a line after it",
+         "<Policy default>\n  JobPrivateAccess default\n  JobPrivateValues default\n</Policy>\n",
+         "<Policy default>\n  JobPrivateAccess default\n  JobPrivateValues default\n  JobPrivateValues x.Password x.UserName\n</Policy>\n"},
+        {"only the keys it lacks", "<Policy p>\nJobPrivateValues x.UserName job-name\n</Policy>\n",
+         "<Policy p>\nJobPrivateValues x.UserName job-name\nJobPrivateValues x.Password\n</Policy>\n"},
+        {"already hidden: nothing changes", "<Policy p>\n JobPrivateValues x.Password\n JobPrivateValues x.UserName\n</Policy>\n",
+         "<Policy p>\n JobPrivateValues x.Password\n JobPrivateValues x.UserName\n</Policy>\n"},
+        {"all hides everything already", "<Policy p>\n  JobPrivateValues all\n</Policy>\n", "<Policy p>\n  JobPrivateValues all\n</Policy>\n"},
+        {"none would hide nothing: it goes", "<Policy p>\n  JobPrivateValues None\n</Policy>\n",
+         "<Policy p>\n  JobPrivateValues x.Password x.UserName\n</Policy>\n"},
+        {"names compared with their case", "<Policy p>\n  JobPrivateValues X.PASSWORD x.UserName\n</Policy>\n",
+         "<Policy p>\n  JobPrivateValues X.PASSWORD x.UserName\n  JobPrivateValues x.Password\n</Policy>\n"},
+        {"a directive inside <Limit> does not count",
+         "<Policy p>\n  <Limit All>\n    JobPrivateValues x.Password x.UserName\n  </Limit>\n</Policy>\n",
+         "<Policy p>\n  JobPrivateValues default x.Password x.UserName\n  <Limit All>\n    JobPrivateValues x.Password x.UserName\n  </Limit>\n</Policy>\n"},
+        {"comments, case and CRLF as the scheduler reads them",
+         "<policy Default> # first\r\n  jobprivatevalues default # x.Password x.UserName\r\n</POLICY>\r\n",
+         "<policy Default> # first\r\n  jobprivatevalues default # x.Password x.UserName\r\n  JobPrivateValues x.Password x.UserName\r\n</POLICY>\r\n"},
+        {"every policy", "<Policy a>\n</Policy>\n# <Policy b>\n<Policy c>\n</Policy>",
+         "<Policy a>\n  JobPrivateValues default x.Password x.UserName\n</Policy>\n# <Policy b>\n<Policy c>\n  JobPrivateValues default x.Password x.UserName\n</Policy>"},
+        {"a policy never closed", "<Policy p>\n  JobPrivateValues default\n", std::nullopt},
+        {"a policy inside a policy", "<Policy p>\n<Policy q>\n</Policy>\n</Policy>\n", std::nullopt},
+        {"a policy without a name", "<Policy >\n</Policy>\n", std::nullopt},
+    };
+    for (const auto &row : rows) {
+        QString error;
+        const std::optional<pdehost::PolicyEdit> edit = pdehost::addJobPrivateValues(row.conf, keys, &error);
+        EXPECT_EQ(edit ? std::optional<QByteArray>(edit->text) : std::nullopt, row.edited) << row.name << ": " << qPrintable(error);
+        if (!edit) {
+            EXPECT_TRUE(error.startsWith(QStringLiteral("line "))) << row.name << ": " << qPrintable(error);
+            continue;
+        }
+        EXPECT_EQ(edit->changes.isEmpty(), edit->text == row.conf) << row.name << ": a change is reported when there is one";
+        const std::optional<pdehost::PolicyEdit> again = pdehost::addJobPrivateValues(edit->text, keys, &error);
+        ASSERT_TRUE(again) << row.name;
+        EXPECT_TRUE(again->changes.isEmpty()) << row.name << ": a second run changes nothing";
+    }
+
+    QString error;
+    EXPECT_EQ(pdehost::addJobPrivateValues("<Policy p>\n</Policy>\n", {QStringLiteral("a b")}, &error), std::nullopt);
+    EXPECT_TRUE(error.contains(QStringLiteral("\"a b\""))) << qPrintable(error);
+    const std::optional<pdehost::PolicyEdit> none = pdehost::addJobPrivateValues("<Policy p>\n  JobPrivateValues none x.Password\n</Policy>\n", keys, &error);
+    ASSERT_TRUE(none);
+    EXPECT_EQ(pdehost::describeChanges(none->changes),
+              QStringLiteral("<Policy p> (line 2):\n-   JobPrivateValues none x.Password\n+   JobPrivateValues x.Password\n+   JobPrivateValues x.UserName\n"));
 }
 
 TEST(BundleLocator, PpdCallsAndSearchOrder)
