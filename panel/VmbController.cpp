@@ -85,6 +85,9 @@ void VmbController::awakeFromNib()
     m_userNameFormatter = makeFormatter(kUserNameMaxLength, kUserNameAcceptableRange);
     m_passwordFormatter = makeFormatter(kPasswordMaxLength, kPasswordAcceptableRange);
     m_docNameFormatter = makeFormatter(kDocNameMaxLength, kDocNameAcceptableRange);
+    // The texts are stored in the printer's encoding: the default one until
+    // a PPD names another.
+    setStorageEncoding(GetEncodingInfoFromPPD(nullptr));
     restoreDefaults();
 }
 
@@ -107,6 +110,7 @@ void VmbController::setPPD(ppd_file_t *ppd)
     if (ppd == nullptr)
         return;
     m_ppd = ppd;
+    setStorageEncoding(GetEncodingInfoFromPPD(ppd));
     const ppd_choice_t *choice = ppdFindMarkedChoice(ppd, "Option2");
     if (choice == nullptr)
         choice = ppdFindMarkedChoice(ppd, "NVHardDisk");
@@ -143,6 +147,14 @@ void VmbController::setUserName(const std::optional<QString> &userName)
 {
     if (m_model)
         m_model->setUserName(variantOf(userName));
+}
+
+void VmbController::setStorageEncoding(StringEncoding encoding)
+{
+    for (InputStringChecker *formatter : {m_userNameFormatter.get(), m_docNameFormatter.get()}) {
+        if (formatter != nullptr)
+            formatter->setStorageEncoding(encoding);
+    }
 }
 
 StringEncoding VmbController::passwordEncoding() const

@@ -56,8 +56,10 @@ public:
     void localizeView();
 
     // Learns the storage capability: the marked choice of "Option2", else of
-    // "NVHardDisk"; any keyword but "False" and "None" means storage. A null
-    // PPD changes nothing; the capability is never taken back.
+    // "NVHardDisk"; any keyword but "False" and "None" means storage. The
+    // user ID and document name fields then refuse characters the PPD's
+    // printer language encoding cannot store. A null PPD changes nothing;
+    // the capability is never taken back.
     void setPPD(ppd_file_t *ppd);
     ppd_file_t *ppd() const { return m_ppd; }
 
@@ -106,6 +108,9 @@ public Q_SLOTS:
     void showHelpBook(QObject *sender);
 
 private:
+    // Makes the user ID and document name formatters refuse what `encoding`
+    // cannot store.
+    void setStorageEncoding(StringEncoding encoding);
     // The printer language encoding of the PPD, UTF-8 without one.
     StringEncoding passwordEncoding() const;
 

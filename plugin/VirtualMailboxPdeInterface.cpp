@@ -4,6 +4,7 @@
 #include "plugin/VirtualMailboxPdeInterface.h"
 
 #include "localization/LocalizedString.h"
+#include "panel/NumberValue.h"
 #include "pdekit/Bundle.h"
 #include "platform/HelpBook.h"
 #include "platform/SystemVersion.h"
@@ -18,6 +19,12 @@ namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN {
 namespace {
 
 const QString kDefaultNib = QStringLiteral("SecurePrint");
+
+// The pop-ups' choices and the defaults a value outside them is taken as.
+constexpr int kPrintTypeChoices = 5;
+constexpr int kDefaultPrintType = 0;
+constexpr int kDocumentNameTypeChoices = 2;
+constexpr int kDefaultDocumentNameType = 1;
 
 } // namespace
 
@@ -59,6 +66,16 @@ void VirtualMailboxPdeInterface::releaseTopLevelObjects()
             widget->setParent(nullptr);
     }
     m_vmbController = nullptr;
+}
+
+void VirtualMailboxPdeInterface::setPrintType(const QVariant &printType)
+{
+    m_printType = choiceOrDefault(printType, kPrintTypeChoices, kDefaultPrintType);
+}
+
+void VirtualMailboxPdeInterface::setDocumentNameType(const QVariant &documentNameType)
+{
+    m_documentNameType = choiceOrDefault(documentNameType, kDocumentNameTypeChoices, kDefaultDocumentNameType);
 }
 
 QWidget *VirtualMailboxPdeInterface::panelView()

@@ -41,8 +41,10 @@ public:
     // Pushes the five values into the controller (after localizing the view).
     void updateView();
     void willShow() override;
-    // Refuses the save with an alert when a held job has no user ID, or a
-    // secure job no password where the PPD requires one.
+    // Refuses the save with an alert when a held job has no user ID, or one
+    // the printer's encoding cannot store, when a secure job has no password
+    // where the PPD requires one, or when an entered document name cannot be
+    // stored.
     bool validateInputValues();
     // Reads the record from the job's print settings; always true.
     bool restoreValuesAndReturnError(pde::PDEError *error) override;
@@ -56,14 +58,16 @@ public:
     bool shouldShowHelp() override;
 
     QVariant printType() const { return m_printType; }
-    void setPrintType(const QVariant &printType) { m_printType = printType; }
+    // A number outside the choices (0 to 4) is taken as 0, the default.
+    void setPrintType(const QVariant &printType);
     std::optional<QString> userName() const { return m_userName; }
     void setUserName(const std::optional<QString> &userName) { m_userName = userName; }
     // The protected form, never the clear text.
     std::optional<QString> password() const { return m_password; }
     void setPassword(const std::optional<QString> &password) { m_password = password; }
     QVariant documentNameType() const { return m_documentNameType; }
-    void setDocumentNameType(const QVariant &documentNameType) { m_documentNameType = documentNameType; }
+    // A number outside the choices (0 and 1) is taken as 1, the default.
+    void setDocumentNameType(const QVariant &documentNameType);
     std::optional<QString> documentName() const { return m_documentName; }
     void setDocumentName(const std::optional<QString> &documentName) { m_documentName = documentName; }
 

@@ -65,7 +65,8 @@ TEST(PanelStrings, JapaneseTableTranslatesEveryKeyThePanelUses)
     LoadedPanel untranslated;
     ASSERT_TRUE(untranslated.loaded());
     QStringList keys{QStringLiteral("Custom PDE Title"), QStringLiteral("User Name Message"),
-                     QStringLiteral("Password Message")};
+                     QStringLiteral("Password Message"), QStringLiteral("User Name Encoding Message"),
+                     QStringLiteral("Document Name Encoding Message")};
     for (QWidget *widget : untranslated.view->findChildren<QWidget *>()) {
         if (auto *label = qobject_cast<QLabel *>(widget))
             keys.append(label->text());
