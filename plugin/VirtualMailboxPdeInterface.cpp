@@ -54,18 +54,29 @@ VirtualMailboxPdeInterface::~VirtualMailboxPdeInterface()
     releaseTopLevelObjects();
 }
 
+void VirtualMailboxPdeInterface::keepTopLevelObjects(pde::Nib::TopLevelObjects objects)
+{
+    for (std::unique_ptr<QObject> &object : objects) {
+        if (object->isWidgetType())
+            m_nibWidgets.emplace_back(static_cast<QWidget *>(object.release()));
+        else
+            m_nibObjects.push_back(std::move(object));
+    }
+}
+
 void VirtualMailboxPdeInterface::releaseTopLevelObjects()
 {
-    // Controller first, so that it stops observing before the model goes;
-    // a view the host still holds is taken back before it is deleted, and one
-    // the host already deleted is not deleted again.
-    while (!m_topLevelObjs.empty()) {
-        std::unique_ptr<QObject> object = std::move(m_topLevelObjs.back());
-        m_topLevelObjs.pop_back();
-        if (auto *widget = qobject_cast<QWidget *>(object.get()); widget != nullptr && widget->parentWidget() != nullptr)
-            widget->setParent(nullptr);
-    }
     m_vmbController = nullptr;
+    // Controller first, so that it stops observing before the model goes.
+    while (!m_nibObjects.empty())
+        m_nibObjects.pop_back();
+    // A view the host placed in its dialog leaves the dialog as it is
+    // deleted; one the host already deleted with its dialog is left alone.
+    for (const QPointer<QWidget> &widget : m_nibWidgets) {
+        if (widget)
+            delete widget.data();
+    }
+    m_nibWidgets.clear();
 }
 
 void VirtualMailboxPdeInterface::setPrintType(const QVariant &printType)
@@ -87,8 +98,11 @@ QWidget *VirtualMailboxPdeInterface::panelView()
             if (std::optional<QString> nib = CopyPPDAttribute(ppd(), "NVJobTypeNibName"))
                 m_nibFileName = *nib;
         }
-        if (pluginBundle() != nullptr)
-            pde::Nib::load(*pluginBundle(), m_nibFileName, this, &m_topLevelObjs);
+        if (pluginBundle() != nullptr) {
+            pde::Nib::TopLevelObjects objects;
+            pde::Nib::load(*pluginBundle(), m_nibFileName, this, &objects);
+            keepTopLevelObjects(std::move(objects));
+        }
         if (!m_vmbController) {
             releaseTopLevelObjects();
             return nullptr;

@@ -9,10 +9,14 @@
 #include "pdekit/Nib.h"
 #include "plugin/BasicPdeInterface.h"
 
+#include <QPointer>
 #include <QString>
 #include <QVariant>
+#include <QWidget>
 
+#include <memory>
 #include <optional>
+#include <vector>
 
 namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN {
 
@@ -78,6 +82,8 @@ public:
 
 private:
     QString localized(const QString &key) const;
+    // Takes over what a nib load made: widgets watched, other objects owned.
+    void keepTopLevelObjects(pde::Nib::TopLevelObjects objects);
     void releaseTopLevelObjects();
 
     QPointer<VmbController> m_vmbController;
@@ -86,7 +92,12 @@ private:
     std::optional<QString> m_password;
     QVariant m_documentNameType;
     std::optional<QString> m_documentName;
-    pde::Nib::TopLevelObjects m_topLevelObjs;
+    // The nib's top-level objects. The view is handed to the host, which may
+    // place it in a dialog and delete it with the dialog before or after it
+    // lets the panel go: widgets are watched and deleted only while they
+    // live; the model and the controller have no parent and are owned.
+    std::vector<QPointer<QWidget>> m_nibWidgets;
+    std::vector<std::unique_ptr<QObject>> m_nibObjects;
     std::size_t m_minPasswordLength = 0;
     QString m_nibFileName;
 };

@@ -69,16 +69,32 @@ TEST(Panel, ANibThePPDNamesButTheBundleLacksGivesNoViewAndIsTriedAgain)
     panel->willShow(); // does nothing without a view
 }
 
-TEST(Panel, AHostMayKeepTheViewInItsDialogWhenItLetsThePanelGo)
+// Whichever goes first, the panel or the host's dialog holding the view,
+// nothing is used after it was freed or freed twice (run under ASan).
+TEST(Panel, TheHostsDialogAndThePanelMayGoInEitherOrder)
 {
-    Callback callback;
-    std::unique_ptr<pde::PDEPanel> panel = printPanel(loadFactory(), &callback);
-    QWidget dialog;
-    QWidget *view = panel->panelView();
-    ASSERT_NE(view, nullptr);
-    view->setParent(&dialog);
-    panel.reset(); // takes its view back and deletes it
-    EXPECT_TRUE(dialog.findChildren<QWidget *>().isEmpty());
+    for (const bool dialogFirst : {false, true}) {
+        Callback callback("plugin-allow-null-True.ppd");
+        std::unique_ptr<pde::PDEPanel> panel = printPanel(loadFactory(), &callback);
+        auto dialog = std::make_unique<QWidget>();
+        QWidget *view = panel->panelView();
+        ASSERT_NE(view, nullptr);
+        view->setParent(dialog.get());
+        enter(view, {1, u"taro"_s, u"12"_s, {}, {}});
+        if (dialogFirst) {
+            dialog.reset();
+            EXPECT_EQ(panel->panelView(), nullptr);
+            EXPECT_TRUE(panel->saveValuesAndReturnError(nullptr)) << "the values outlive the view";
+            EXPECT_EQ(callback.settings.value(recordKey("PrintTypeUserName")), QVariant(u"taro"_s));
+            panel->willShow();
+            panel->summaryInfo();
+            panel.reset();
+        } else {
+            panel.reset(); // takes its view out of the dialog and deletes it
+            EXPECT_TRUE(dialog->findChildren<QWidget *>().isEmpty());
+            dialog.reset();
+        }
+    }
 }
 
 TEST(Bundles, TwoCopiesUnderOtherIdentifiersWorkSideBySideAndAFactoryKeepsItsFirstBundle)
