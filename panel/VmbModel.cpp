@@ -2,7 +2,9 @@
 // Storage and defaults of the panel's model.
 #include "panel/VmbModel.h"
 
+#include <QApplication>
 #include <QColor>
+#include <QPalette>
 
 namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN {
 namespace {
@@ -50,10 +52,11 @@ void VmbModel::awakeFromNib()
     setIsStored(false);
     setIsSecure(false);
     setIsCustomDocName(true);
-    setCanStoreColor(QColor(Qt::lightGray));
-    setIsStoredColor(QColor(Qt::lightGray));
-    setIsSecureColor(QColor(Qt::lightGray));
-    setIsCustomDocNameColor(QColor(Qt::lightGray));
+    const QColor grey = QApplication::palette().color(QPalette::Disabled, QPalette::WindowText);
+    setCanStoreColor(grey);
+    setIsStoredColor(grey);
+    setIsSecureColor(grey);
+    setIsCustomDocNameColor(grey);
 }
 
 #define PDE_MODEL_SETTER(Setter, member, Signal) \

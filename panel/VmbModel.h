@@ -36,7 +36,7 @@ public:
 
     // The defaults: print type 0, empty user ID, password and document name,
     // document-name type 1, no storage, not stored, not secure, entered
-    // document name, and four grey captions.
+    // document name, and four captions in the palette's disabled text colour.
     Q_INVOKABLE void awakeFromNib();
 
     QVariant printType() const { return m_printType; }
