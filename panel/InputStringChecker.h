@@ -26,6 +26,11 @@ inline constexpr char16_t kUserNameAcceptableRange[] = {32, 126, 160, 255, 0};
 inline constexpr char16_t kPasswordAcceptableRange[] = {48, 57, 0};
 inline constexpr char16_t kDocNameAcceptableRange[] = {32, 126, 160, 255, 0};
 
+// The fields' maximum lengths in UTF-16 units.
+inline constexpr std::size_t kUserNameMaxLength = 8;
+inline constexpr std::size_t kPasswordMaxLength = 12;
+inline constexpr std::size_t kDocNameMaxLength = 12;
+
 class InputStringChecker : public QValidator
 {
     Q_OBJECT

@@ -25,10 +25,6 @@
 namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN {
 namespace {
 
-constexpr std::size_t kUserNameMaxLength = 8;
-constexpr std::size_t kPasswordMaxLength = 12;
-constexpr std::size_t kDocNameMaxLength = 12;
-
 std::unique_ptr<InputStringChecker> makeFormatter(std::size_t maxLength, const char16_t *ranges)
 {
     auto formatter = std::make_unique<InputStringChecker>();

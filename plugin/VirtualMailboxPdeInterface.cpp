@@ -4,12 +4,15 @@
 #include "plugin/VirtualMailboxPdeInterface.h"
 
 #include "localization/LocalizedString.h"
+#include "panel/InputStringChecker.h"
 #include "panel/NumberValue.h"
 #include "pdekit/Bundle.h"
 #include "platform/HelpBook.h"
+#include "platform/LoginName.h"
 #include "platform/SystemVersion.h"
 #include "platform/UtilityService.h"
 #include "text/PpdAttribute.h"
+#include "text/PrinterLanguageEncoding.h"
 
 #include <QWidget>
 
@@ -32,7 +35,7 @@ VirtualMailboxPdeInterface::VirtualMailboxPdeInterface(pde::PDEPluginCallback *c
     : BasicPdeInterface(callback, bundle)
 {
     setPrintType(0);
-    setUserName(QString());
+    setUserName(defaultUserName());
     setPassword(QString());
     setDocumentNameType(1);
     setDocumentName(QString());
@@ -77,6 +80,19 @@ void VirtualMailboxPdeInterface::releaseTopLevelObjects()
             delete widget.data();
     }
     m_nibWidgets.clear();
+}
+
+QString VirtualMailboxPdeInterface::defaultUserName() const
+{
+    // What the user ID field would accept when typed: the first 8
+    // characters of the login name, all of them in the field's rules and
+    // storable in the printer's encoding; otherwise none.
+    InputStringChecker field;
+    field.setMaxLength(kUserNameMaxLength);
+    field.setAcceptableCodeRange(kUserNameAcceptableRange);
+    field.setStorageEncoding(GetEncodingInfoFromPPD(ppd()));
+    const QString login = CopyLoginName().value_or(QString()).left(static_cast<qsizetype>(kUserNameMaxLength));
+    return field.isPartialStringValid(login, nullptr, nullptr) ? login : QString();
 }
 
 void VirtualMailboxPdeInterface::setPrintType(const QVariant &printType)

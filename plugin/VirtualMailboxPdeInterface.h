@@ -30,8 +30,9 @@ class VirtualMailboxPdeInterface : public BasicPdeInterface
     Q_PROPERTY(com_norvanta_qs_o_vellumark_pde_JobTypeQTRN::VmbController *vmbController READ vmbController WRITE setVmbController)
 
 public:
-    // The values start as print type 0, empty user ID and password, document
-    // name type 1, empty document name. An empty password is refused later
+    // The values start as print type 0, the login name as user ID (see
+    // defaultUserName), empty password, document name type 1, empty
+    // document name. An empty password is refused later
     // when the PPD has "NVPTAllowNullPassword" with a value other than "True".
     VirtualMailboxPdeInterface(pde::PDEPluginCallback *callback, pde::Bundle *bundle);
     // Sets the five values to none, then lets the nib's objects go.
@@ -50,7 +51,8 @@ public:
     // where the PPD requires one, or when an entered document name cannot be
     // stored.
     bool validateInputValues();
-    // Reads the record from the job's print settings; always true.
+    // Reads the record from the job's print settings (a missing user ID is
+    // the default one); always true.
     bool restoreValuesAndReturnError(pde::PDEError *error) override;
     // Takes the values from the controls, validates them and writes the record;
     // false when there are no print settings or the input is refused.
@@ -81,6 +83,10 @@ public:
     const QString &nibFileName() const { return m_nibFileName; }
 
 private:
+    // The user ID when none is stored: the login name trimmed to the 8
+    // characters the field takes, or empty when the field would refuse it
+    // (a character outside its rules or the printer's encoding).
+    QString defaultUserName() const;
     QString localized(const QString &key) const;
     // Takes over what a nib load made: widgets watched, other objects owned.
     void keepTopLevelObjects(pde::Nib::TopLevelObjects objects);

@@ -70,22 +70,23 @@ bool VirtualMailboxPdeInterface::restoreValuesAndReturnError(pde::PDEError *)
         pdePluginCallbackObject() != nullptr ? pdePluginCallbackObject()->printSettings() : nullptr;
     if (settings != nullptr) {
         const StringEncoding encoding = GetEncodingInfoFromPPD(ppd());
-        const auto readText = [&](const char *suffix, const std::optional<QString> &current) {
+        const auto readText = [&](const char *suffix, const std::optional<QString> &current,
+                                  const QString &absent) {
             const std::optional<QVariant> stored = read(settings, suffix);
             if (!stored)
-                return std::optional<QString>(QString());
+                return std::optional<QString>(absent);
             const std::optional<QString> decoded = CopyDecodedString(stored->toString(), encoding);
             return decoded ? decoded : current;
         };
 
         const std::optional<QVariant> type = read(settings, "PrintType");
         setPrintType(type ? oneLower(integerValueOf(*type)) : 0);
-        setUserName(readText("PrintTypeUserName", userName()));
+        setUserName(readText("PrintTypeUserName", userName(), defaultUserName()));
         const std::optional<QVariant> protectedPassword = read(settings, "PrintTypePassword");
         setPassword(protectedPassword ? protectedPassword->toString() : QString());
         const std::optional<QVariant> nameType = read(settings, "DocumentNameType");
         setDocumentNameType(nameType ? oneLower(integerValueOf(*nameType)) : 1);
-        setDocumentName(readText("DocumentName", documentName()));
+        setDocumentName(readText("DocumentName", documentName(), QString()));
     }
     updateView();
     return true;

@@ -60,7 +60,7 @@ TEST(PdeHost, EveryExitStatusWithAMessageThatNamesTheProblem)
         {"PPD that is not one", {QStringLiteral("--bundle"), kBundle, QStringLiteral("--ppd"), QStringLiteral(PDE_SOURCE_DIR "/README.md"), QStringLiteral("panels")}, 2, QStringLiteral("not a PPD file")},
         {"bundle the printer calls for is nowhere", {QStringLiteral("--ppd"), kPpd, QStringLiteral("panels")}, 2, QStringLiteral("JobTypeQTRN.plugin")},
         {"bundle that is not one", {QStringLiteral("--bundle"), QStringLiteral("/tmp"), QStringLiteral("--ppd"), kPpd, QStringLiteral("panels")}, 2, QStringLiteral("/tmp")},
-        {"refused save", withPrinter({QStringLiteral("record"), QStringLiteral("--set"), QStringLiteral("printType=3")}), 3, QStringLiteral("alert: Enter a user ID.")},
+        {"refused save", withPrinter({QStringLiteral("record"), QStringLiteral("--set"), QStringLiteral("printType=3"), QStringLiteral("--set"), QStringLiteral("userName=")}), 3, QStringLiteral("alert: Enter a user ID.")},
         {"disabled control", withPrinter({QStringLiteral("--option"), QStringLiteral("Option2=False"), QStringLiteral("record"), QStringLiteral("--set"), QStringLiteral("printType=1")}), 4, QStringLiteral("printType: its control is disabled")},
         {"refused character", withPrinter({QStringLiteral("record"), QStringLiteral("--set"), QStringLiteral("printType=1"), QStringLiteral("--set"), QStringLiteral("password=12a")}), 4, QStringLiteral("password: it refused the character at position 3")},
         {"choice that does not exist", withPrinter({QStringLiteral("record"), QStringLiteral("--set"), QStringLiteral("printType=7")}), 4, QStringLiteral("not one of its choices")},

@@ -3,6 +3,9 @@
 // controls, saved, restored from hostile entries, refused saves.
 #include "HostHarness.h"
 
+#include "panel/PanelClasses.h"
+#include "platform/LoginName.h"
+#include "plugin/VirtualMailboxPdeInterface.h"
 #include "text/PasswordProtection.h"
 #include "text/PrinterLanguageEncoding.h"
 
@@ -48,6 +51,7 @@ TEST(Record, SavedInOrderWithExactValues)
 
 TEST(Record, HostileEntriesAreReadSafely)
 {
+    const QString login = jt::CopyLoginName().value_or(QString()).left(8);
     const struct {
         const char *suffix;
         QString stored;
@@ -56,7 +60,7 @@ TEST(Record, HostileEntriesAreReadSafely)
         {"PrintType", u"99999999999"_s, u"201|1|u||2|"_s}, // read as the largest int: no such choice
         {"PrintType", u" +3"_s, u"201|3|u||2|"_s},
         {"PrintTypeUserName", u"/97//98"_s, u"201|1|a||2|"_s}, // an empty escape entry ends the text
-        {"PrintTypeUserName", u"/-1"_s, u"201|1|||2|"_s},      // not UTF-8: the earlier value stays
+        {"PrintTypeUserName", u"/-1"_s, u"201|1|"_s + login + u"||2|"_s}, // not UTF-8: the login name stays
         {"PrintTypePassword", u"not base64!"_s, u"201|1|u|not base64!|2|"_s},
     };
     for (const auto &row : rows) {
@@ -171,6 +175,40 @@ TEST(Record, ViewSummaryAndRecordAgreeInEveryPrinterEncoding)
             EXPECT_EQ(summaryLines(*panel), row.summary);
         }
     }
+}
+
+std::optional<QString> g_login;
+
+// With no user ID stored, the field starts with the login name as far as the
+// field would take it typed, and the record carries it. The panel is made
+// directly here, so that the login name can be fixed.
+TEST(Record, WithoutAStoredUserIdTheLoginNameIsTheUserId)
+{
+    const BundleCopy copy(u"org.example.loginname.JobType"_s);
+    pde::Bundle *bundle = pde::Bundle::open(copy.path);
+    ASSERT_NE(bundle, nullptr);
+    jt::registerPanelClasses(bundle->classes());
+    const jt::LoginNameReader previous = jt::setLoginNameReader([] { return g_login; });
+    const struct { std::optional<QString> login; QString userId; } rows[] = {
+        {u"taro"_s, u"taro"_s},
+        {u"yamada.taro"_s, u"yamada.t"_s}, // the 8 characters the field takes
+        {u"ta\u7530"_s, QString()},         // a character the field refuses
+        {u"a\u00b5"_s, QString()},          // one the printer's encoding (Shift-JIS) cannot store
+        {std::nullopt, QString()},
+    };
+    for (const auto &row : rows) {
+        g_login = row.login;
+        Callback callback("plugin-shift-jis-default.ppd");
+        jt::VirtualMailboxPdeInterface panel(&callback, bundle);
+        panel.restoreValuesAndReturnError(nullptr);
+        ASSERT_NE(panel.panelView(), nullptr);
+        panel.willShow();
+        EXPECT_EQ(panel.panelView()->findChild<QLineEdit *>(u"userNameTextField"_s)->text(), row.userId);
+        enter(panel.panelView(), {.jobType = 0});
+        ASSERT_TRUE(panel.saveValuesAndReturnError(nullptr));
+        EXPECT_EQ(callback.settings.value(recordKey("PrintTypeUserName")), QVariant(row.userId));
+    }
+    jt::setLoginNameReader(previous);
 }
 
 TEST(Record, WithoutAPPDTextsUseTheDefaultPrinterLanguageAndThePasswordUtf8)
