@@ -30,8 +30,9 @@ class VmbModel : public QObject
 
 public:
     explicit VmbModel(QObject *parent = nullptr);
-    // Sets all thirteen properties to no value, in declaration order, so that
-    // observers see the model go.
+    // Wipes the clear password, in every copy that shares its characters,
+    // then sets all thirteen properties to no value, in declaration order, so
+    // that observers see the model go.
     ~VmbModel() override;
 
     // The defaults: print type 0, empty user ID, password and document name,

@@ -71,13 +71,16 @@ TEST(VmbModel, EverySetNotifiesEvenWithAnEqualValue)
     }
 }
 
-TEST(VmbModel, TearDownSetsEveryPropertyToNoValueInOrder)
+TEST(VmbModel, TearDownWipesThePasswordThenSetsEveryPropertyToNoValueInOrder)
 {
     QStringList seen;
     QStringList expected;
+    QString shown; // a field's copy of the password, sharing its characters
     {
         jt::VmbModel model;
         model.awakeFromNib();
+        model.setPassword(QString::number(1234));
+        shown = model.password().toString();
         for (const Property &property : kProperties) {
             expected.append(QString::fromLatin1(property.name));
             QObject::connect(&model, property.changed, &model, [&seen, &model, name = property.name] {
@@ -87,6 +90,7 @@ TEST(VmbModel, TearDownSetsEveryPropertyToNoValueInOrder)
         }
     }
     EXPECT_EQ(seen, expected);
+    EXPECT_EQ(shown, QString(4, QChar(0)));
 }
 
 } // namespace
