@@ -11,6 +11,7 @@
 #include "platform/LoginName.h"
 #include "platform/SystemVersion.h"
 #include "platform/UtilityService.h"
+#include "plugin/PluginLogging.h"
 #include "text/PpdAttribute.h"
 #include "text/PrinterLanguageEncoding.h"
 
@@ -111,8 +112,16 @@ QWidget *VirtualMailboxPdeInterface::panelView()
         m_nibFileName = kDefaultNib;
         releaseTopLevelObjects();
         if (ppd() != nullptr) {
-            if (std::optional<QString> nib = CopyPPDAttribute(ppd(), "NVJobTypeNibName"))
-                m_nibFileName = *nib;
+            // A name from the PPD must stay inside the bundle's resources.
+            if (std::optional<QString> nib = CopyPPDAttribute(ppd(), "NVJobTypeNibName")) {
+                if (pde::Bundle::isPlainResourceName(*nib)) {
+                    m_nibFileName = *nib;
+                } else {
+                    qCWarning(lcPlugin).nospace() << "NVJobTypeNibName " << *nib
+                                                  << " is not a plain name inside the bundle's resources; the nib "
+                                                  << kDefaultNib << " is used";
+                }
+            }
         }
         if (pluginBundle() != nullptr) {
             pde::Nib::TopLevelObjects objects;

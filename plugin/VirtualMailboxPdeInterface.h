@@ -38,7 +38,8 @@ public:
     // Sets the five values to none, then lets the nib's objects go.
     ~VirtualMailboxPdeInterface() override;
 
-    // Loads the nib ("SecurePrint", or the PPD's "NVJobTypeNibName") once,
+    // Loads the nib ("SecurePrint", or the PPD's "NVJobTypeNibName" when that
+    // is a plain name inside the bundle's resources, else logged) once,
     // hands the controller the bundle and the PPD, registers the help book;
     // returns the view, or null (and tries again next time) when the nib does
     // not load or does not connect the controller.

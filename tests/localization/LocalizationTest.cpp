@@ -95,6 +95,7 @@ TEST(TableName, OnlyAPpdThatNamesATableReplacesTheViewsTable)
         {"localization-plain.ppd", std::nullopt, u"Localizable2"_s},
         {nullptr, std::nullopt, u"Localizable2"_s},
         {"localization-model-code.ppd", u"LocalizableLX-9"_s, u"LocalizableLX-9"_s},
+        {"plugin-hostile-names.ppd", std::nullopt, u"LocalizableLX-9"_s}, // "Localizable/../../…": no table
     };
     BasicPdeView view;
     std::vector<testsupport::Ppd> ppds; // the view borrows each PPD it is given

@@ -3,6 +3,7 @@
 // title and kind, the view made once, help, and two copies of the bundle in
 // one process.
 #include "HostHarness.h"
+#include "MessageRecorder.h"
 
 #include "pdekit/Bundle.h"
 #include "pdekit/PreferredLanguages.h"
@@ -67,6 +68,27 @@ TEST(Panel, ANibThePPDNamesButTheBundleLacksGivesNoViewAndIsTriedAgain)
     EXPECT_EQ(panel->panelView(), nullptr);
     EXPECT_TRUE(panel->shouldShowHelp());
     panel->willShow(); // does nothing without a view
+}
+
+// A nib or table name from the PPD that would lead out of the bundle's
+// resources gives the default nib and table, and says so once each; control
+// characters in it do not reach the log as they are.
+TEST(Panel, NamesFromThePpdThatLeaveTheBundleGiveTheDefaults)
+{
+    const testsupport::MessageRecorder log;
+    pde::setPreferredLanguages(QStringList{u"en"_s});
+    Callback callback("plugin-hostile-names.ppd");
+    const std::unique_ptr<pde::PDEPanel> panel = printPanel(loadFactory(), &callback);
+    EXPECT_EQ(panel->panelName(), u"Job Type"_s);
+    QWidget *view = panel->panelView();
+    ASSERT_NE(view, nullptr);
+    EXPECT_EQ(view->findChild<QLineEdit *>(u"passwordTextField"_s)->echoMode(), QLineEdit::Password);
+    pde::setPreferredLanguages(std::nullopt);
+    const QStringList refused = testsupport::MessageRecorder::messages().filter(u"JobTypeQTRN."_s);
+    ASSERT_EQ(refused.size(), 2) << qPrintable(refused.join(u'\n'));
+    EXPECT_TRUE(refused[0].contains(u"NVLocalizableFileIndex \"/../../../../tmp/evil\""_s)) << qPrintable(refused[0]);
+    EXPECT_TRUE(refused[1].contains(u"NVJobTypeNibName \"../../../../tmp/evil\\u001B[2J\""_s)) << qPrintable(refused[1]);
+    EXPECT_FALSE(refused.join(QString()).contains(QChar(0x1b)));
 }
 
 // Whichever goes first, the panel or the host's dialog holding the view,
