@@ -329,7 +329,9 @@ void VmbController::refreshCaptionColors()
 
 bool VmbController::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_view && event->type() == QEvent::PaletteChange)
+    // The type first: the view also sends events while it is destroyed, when
+    // it is no longer a view to compare with.
+    if (event->type() == QEvent::PaletteChange && watched == m_view)
         refreshCaptionColors();
     return QObject::eventFilter(watched, event);
 }
