@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
+#include <optional>
 #include <plist/plist.h>
 #include <utility>
 #include <vector>
@@ -163,36 +164,69 @@ private:
 
     // Whether the object is a container, and the objects it refers to (keys
     // and values of a dictionary). False when the object is malformed.
+    // The count of an object whose marker is at `at` (the low four bits of
+    // the marker, or an integer object after it when they are all set) and
+    // where its contents begin; nullopt when that runs past the objects.
+    std::optional<std::pair<quint64, qsizetype>> countOf(qsizetype at) const
+    {
+        const quint64 count = byteAt(at++) & 0xF;
+        if (count != 0xF)
+            return std::pair{count, at};
+        // 0x1n, then 2^n bytes.
+        if (at >= m_table || (byteAt(at) >> 4) != 0x1 || (byteAt(at) & 0xF) > 3)
+            return std::nullopt;
+        const unsigned size = 1u << (byteAt(at) & 0xF);
+        if (at + 1 + size > m_table)
+            return std::nullopt;
+        return std::pair{number(at + 1, size), at + 1 + size};
+    }
+
+    // Whether the object is a container, and the objects it refers to (keys
+    // and values of a dictionary). False when the object is malformed.
     bool childrenOf(qsizetype object, bool *container, std::vector<qsizetype> *children) const
     {
-        qsizetype at = offsetOf(object);
+        const qsizetype at = offsetOf(object);
         if (at < 0)
             return false;
-        const unsigned marker = byteAt(at++);
-        const unsigned type = marker >> 4;
+        const unsigned type = byteAt(at) >> 4;
         *container = type >= 0xA && type <= 0xD;
         if (!*container)
             return true;
-        quint64 count = marker & 0xF;
-        if (count == 0xF) {
-            // The count follows as an integer object: 0x1n, then 2^n bytes.
-            if (at >= m_table || (byteAt(at) >> 4) != 0x1 || (byteAt(at) & 0xF) > 3)
-                return false;
-            const unsigned size = 1u << (byteAt(at) & 0xF);
-            if (at + 1 + size > m_table)
-                return false;
-            count = number(at + 1, size);
-            at += 1 + size;
-        }
+        const auto counted = countOf(at);
+        if (!counted)
+            return false;
+        const auto [count, contents] = *counted;
         const quint64 refs = type == 0xD ? count * 2 : count;
-        if (count > static_cast<quint64>(m_table) || refs * m_refSize > static_cast<quint64>(m_table - at))
+        if (count > static_cast<quint64>(m_table) || refs * m_refSize > static_cast<quint64>(m_table - contents))
             return false;
         children->reserve(static_cast<std::size_t>(refs));
         for (quint64 i = 0; i < refs; ++i) {
-            const quint64 ref = number(at + static_cast<qsizetype>(i * m_refSize), m_refSize);
+            const quint64 ref = number(contents + static_cast<qsizetype>(i * m_refSize), m_refSize);
             if (ref >= static_cast<quint64>(m_objects))
                 return false;
+            // A dictionary's keys come first.
+            if (type == 0xD && i < count && !isKey(static_cast<qsizetype>(ref)))
+                return false;
             children->push_back(static_cast<qsizetype>(ref));
+        }
+        return true;
+    }
+
+    // A string (ASCII or UTF-16) without a zero character: libplist aborts
+    // when it walks a dictionary whose key is anything else.
+    bool isKey(qsizetype object) const
+    {
+        const qsizetype at = offsetOf(object);
+        const unsigned type = at >= 0 ? byteAt(at) >> 4 : 0;
+        if (type != 0x5 && type != 0x6)
+            return false;
+        const auto counted = countOf(at);
+        const qsizetype unit = type == 0x6 ? 2 : 1;
+        if (!counted || counted->first > static_cast<quint64>(m_table - counted->second) / static_cast<quint64>(unit))
+            return false;
+        for (qsizetype i = 0; i < static_cast<qsizetype>(counted->first); ++i) {
+            if (number(counted->second + i * unit, static_cast<unsigned>(unit)) == 0)
+                return false;
         }
         return true;
     }

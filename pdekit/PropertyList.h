@@ -30,8 +30,9 @@ inline constexpr qint64 kMaxPropertyListValues = 1 << 20;  // values a binary li
 // Parses XML or binary property-list data. Returns null when it is neither,
 // when it nests arrays and dictionaries deeper than kMaxPropertyListDepth,
 // when an XML list holds more than kMaxPropertyListContainers of them, or
-// when a binary list refers to itself or expands to more than
-// kMaxPropertyListValues values; `error` (when given) then says which.
+// when a binary list refers to itself, expands to more than
+// kMaxPropertyListValues values or has a dictionary key that is not a string
+// free of zero characters; `error` (when given) then says which.
 PDEKIT_EXPORT PropertyListNode parsePropertyList(QByteArrayView data, QString *error = nullptr);
 
 // True when the data is in the binary property-list format.

@@ -88,6 +88,11 @@ TEST(Bundle, OpenRefusesWhatIsNotABundleNamingTheFileAndTheReason)
         {"binary nested 300 deep", kContent, binaryArrays(chain), u"nests arrays and dictionaries more than 256 deep"_s},
         {"binary that contains itself", kContent, binaryArrays(itself), u"is a binary property list that contains itself"_s},
         {"binary that doubles 40 times", kContent, binaryArrays(doubling), u"expands to more than 1048576 values"_s},
+        // {"a\0": "v"}: libplist aborts walking a dictionary with such a key.
+        {"binary with a zero in a key", kContent,
+         QByteArray("bplist00\xD1\x01\x02\x52" "a\0\x51v\x08\x0B\x0E", 19) + QByteArray(6, '\0') + "\x01\x01"
+             + QByteArray(7, '\0') + "\x03" + QByteArray(15, '\0') + "\x10",
+         u"is not a property list"_s},
         {"larger than 4 MiB", kContent, nestedXml(1) + QByteArray(4 << 20, ' '), u"is larger than 4194304 bytes"_s},
         {"a FIFO", kFifo, {}, u"is not a regular file"_s},
     };
