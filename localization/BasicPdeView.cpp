@@ -4,13 +4,11 @@
 
 #include "localization/LocalizedString.h"
 
-#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMetaProperty>
-#include <QPushButton>
-#include <QRadioButton>
+#include <QAbstractButton>
 #include <QTabWidget>
 #include <QTableWidget>
 
@@ -91,6 +89,7 @@ void BasicPdeView::localizeControl(QWidget *control)
 {
     if (control == nullptr)
         return;
+    localizeHelpTexts(control);
     if (isExactly<QComboBox>(control) && !static_cast<QComboBox *>(control)->isEditable()) {
         // An editable combo box is a text field with a list, not a pop-up:
         // retitling its current item would overwrite what the user typed.
@@ -102,9 +101,10 @@ void BasicPdeView::localizeControl(QWidget *control)
         // takes the last path like any subclass.
         if (static_cast<QLineEdit *>(control)->isReadOnly())
             localizeTextField(control);
-    } else if (isExactly<QPushButton>(control) || isExactly<QCheckBox>(control)
-               || isExactly<QRadioButton>(control)) {
-        localizeButton(static_cast<QAbstractButton *>(control));
+    } else if (auto *button = qobject_cast<QAbstractButton *>(control)) {
+        // Every kind of button shows its text: tool buttons and a panel's own
+        // button classes too.
+        localizeButton(button);
     } else if (isExactly<QTableWidget>(control)) {
         localizeTableView(static_cast<QTableWidget *>(control));
     } else if (isExactly<QTabWidget>(control)) {
@@ -114,6 +114,16 @@ void BasicPdeView::localizeControl(QWidget *control)
         for (QWidget *child : childWidgets(control))
             localizeControl(child);
     }
+}
+
+void BasicPdeView::localizeHelpTexts(QWidget *control)
+{
+    if (control == nullptr)
+        return;
+    if (!control->toolTip().isEmpty())
+        control->setToolTip(translate(control->toolTip()));
+    if (auto *edit = qobject_cast<QLineEdit *>(control); edit != nullptr && !edit->placeholderText().isEmpty())
+        edit->setPlaceholderText(translate(edit->placeholderText()));
 }
 
 void BasicPdeView::localizeTextField(QWidget *field)

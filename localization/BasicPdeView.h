@@ -54,14 +54,17 @@ public:
     // is not the view itself), then each child widget through localizeControl.
     void localizeAllControls();
 
-    // By exact class (a subclass takes the last path): QComboBox items, when
-    // it is not editable (an editable one takes the last path); QLabel, and
-    // QLineEdit when read-only, texts (an editable QLineEdit is left alone,
-    // and one that hides its text takes the last path); QPushButton,
-    // QCheckBox, QRadioButton titles; QTableWidget column headers; QTabWidget
-    // tab labels and pages. Any other widget: its "title" property when it
-    // has a writable one, then its child widgets.
+    // Every control's tooltip and a text field's placeholder first (a rule
+    // or a hint, whatever the field holds); then by exact class (a subclass
+    // takes the last path): QComboBox items, when it is not editable (an
+    // editable one takes the last path); QLabel, and QLineEdit when
+    // read-only, texts (an editable QLineEdit is left alone, and one that
+    // hides its text takes the last path); QTableWidget column headers;
+    // QTabWidget tab labels and pages. Every button, of any class, its text.
+    // Any other widget: its "title" property when it has a writable one,
+    // then its child widgets.
     void localizeControl(QWidget *control);
+    void localizeHelpTexts(QWidget *control);
     void localizeTextField(QWidget *field);
     void localizeButton(QAbstractButton *button);
     void localizePopup(QComboBox *popup);

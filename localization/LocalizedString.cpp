@@ -2,6 +2,7 @@
 // Model-specific strings tables over the bundle's standard lookup.
 #include "localization/LocalizedString.h"
 
+#include "localization/LocalizationLogging.h"
 #include "pdekit/Bundle.h"
 #include "text/PpdAttribute.h"
 
@@ -24,7 +25,15 @@ std::optional<QString> localizedTableNameForPPD(ppd_file_t *ppd)
     const std::optional<QString> index = CopyPPDAttribute(ppd, "NVLocalizableFileIndex");
     if (!index)
         return std::nullopt;
-    return QStringLiteral("Localizable") + *index;
+    const QString table = QStringLiteral("Localizable") + *index;
+    // A name from the PPD must stay inside the bundle's resources.
+    if (!pde::Bundle::isPlainResourceName(table)) {
+        qCWarning(lcLocalization).nospace() << "NVLocalizableFileIndex " << *index
+                                            << " does not make a plain table name inside the bundle's resources;"
+                                               " the table Localizable is used";
+        return std::nullopt;
+    }
+    return table;
 }
 
 } // namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN

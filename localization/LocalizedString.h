@@ -29,7 +29,8 @@ std::optional<QString> nvktraLocalizedStringForKey(const pde::Bundle *bundle, co
 // The name of the model-specific strings table: "Localizable" followed by the
 // value of the PPD's "NVLocalizableFileIndex" attribute, taken as it is
 // ("Localizable5" for the value 5). Returns nullopt, meaning the default
-// table, for a null PPD or one without the attribute.
+// table, for a null PPD or one without the attribute, and (logged) when the
+// name would not be a plain one inside the bundle's resources ("/", "..").
 std::optional<QString> localizedTableNameForPPD(ppd_file_t *ppd);
 
 } // namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN

@@ -2,6 +2,8 @@
 // Length and code-table checking of proposed field texts.
 #include "panel/InputStringChecker.h"
 
+#include "text/PrinterLanguageEncoding.h"
+
 namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN {
 
 InputStringChecker::InputStringChecker(QObject *parent) : QValidator(parent) {}
@@ -50,14 +52,16 @@ bool InputStringChecker::isPartialStringValid(const QString &partialString, QStr
 {
     if (static_cast<std::size_t>(partialString.size()) > m_maxLength)
         return false;
-    if (!m_acceptableCodeRange || partialString.isEmpty())
+    if (partialString.isEmpty())
         return true;
-    const CodeTable &table = *m_acceptableCodeRange;
-    for (const QChar unit : partialString) {
-        if (table[unit.unicode()] != 1)
-            return false;
+    if (m_acceptableCodeRange) {
+        const CodeTable &table = *m_acceptableCodeRange;
+        for (const QChar unit : partialString) {
+            if (table[unit.unicode()] != 1)
+                return false;
+        }
     }
-    return true;
+    return !m_storageEncoding || CanStoreText(partialString, *m_storageEncoding);
 }
 
 QValidator::State InputStringChecker::validate(QString &input, int &) const

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The formatter of the panel's text fields: it refuses any edit that would
-// make the text longer than a maximum or put a character outside a table of
-// accepted UTF-16 code units into it.
+// make the text longer than a maximum, put a character outside a table of
+// accepted UTF-16 code units into it, or give it a character that the
+// printer's encoding cannot store.
 #pragma once
+
+#include "text/StringEncoding.h"
 
 #include <QString>
 #include <QValidator>
@@ -23,6 +26,11 @@ inline constexpr char16_t kUserNameAcceptableRange[] = {32, 126, 160, 255, 0};
 inline constexpr char16_t kPasswordAcceptableRange[] = {48, 57, 0};
 inline constexpr char16_t kDocNameAcceptableRange[] = {32, 126, 160, 255, 0};
 
+// The fields' maximum lengths in UTF-16 units.
+inline constexpr std::size_t kUserNameMaxLength = 8;
+inline constexpr std::size_t kPasswordMaxLength = 12;
+inline constexpr std::size_t kDocNameMaxLength = 12;
+
 class InputStringChecker : public QValidator
 {
     Q_OBJECT
@@ -41,13 +49,18 @@ public:
     void setAcceptableCodeRange(const char16_t *ranges);
     // The same for a table of refused codes, which the test does not consult.
     void setUnAcceptableCodeRange(const char16_t *ranges);
+    // The encoding the text is stored in (the printer's); nullopt, the
+    // default, stores nothing and so checks nothing.
+    void setStorageEncoding(std::optional<StringEncoding> encoding) { m_storageEncoding = encoding; }
+    std::optional<StringEncoding> storageEncoding() const { return m_storageEncoding; }
 
     // The text itself when `value` holds a string; nullopt otherwise.
     std::optional<QString> stringForObjectValue(const QVariant &value) const;
     // Always true: the object value of a text is the text.
     bool getObjectValue(QVariant *object, const QString &string, QString *errorDescription) const;
     // The acceptance test on the whole text the field would hold: not longer
-    // than the maximum, and, when there is a table, every code unit accepted.
+    // than the maximum, when there is a table every code unit accepted, and
+    // when there is a storage encoding the text storable in it.
     // Never proposes a replacement and never writes an error description.
     bool isPartialStringValid(const QString &partialString, QString *newEditingString,
                               QString *errorDescription) const;
@@ -63,6 +76,7 @@ private:
     std::size_t m_maxLength = std::numeric_limits<std::size_t>::max();
     std::unique_ptr<CodeTable> m_acceptableCodeRange;
     std::unique_ptr<CodeTable> m_unAcceptableCodeRange;
+    std::optional<StringEncoding> m_storageEncoding;
 };
 
 } // namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN

@@ -30,4 +30,15 @@ bool numberEquals(const QVariant &value, long long n)
     }
 }
 
+QVariant choiceOrDefault(const QVariant &value, int count, int defaultChoice)
+{
+    if (!value.isValid())
+        return value;
+    for (int choice = 0; choice < count; ++choice) {
+        if (numberEquals(value, choice))
+            return choice;
+    }
+    return defaultChoice;
+}
+
 } // namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN

@@ -11,4 +11,9 @@ namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN {
 // false for an invalid (absent) value and for anything that is not a number.
 bool numberEquals(const QVariant &value, long long n);
 
+// The choice `value` stands for among 0 to count - 1, as an int; a number
+// outside them, or anything that is not a number, gives `defaultChoice`. An
+// absent value stays absent.
+QVariant choiceOrDefault(const QVariant &value, int count, int defaultChoice);
+
 } // namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN

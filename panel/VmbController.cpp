@@ -2,6 +2,7 @@
 // Gating, conversion and derived state of the panel's controls.
 #include "panel/VmbController.h"
 
+#include "localization/LocalizedString.h"
 #include "panel/InputStringChecker.h"
 #include "panel/NumberValue.h"
 #include "pdekit/Bundle.h"
@@ -9,18 +10,20 @@
 #include "text/PasswordProtection.h"
 #include "text/PrinterLanguageEncoding.h"
 
+#include <QApplication>
 #include <QColor>
-#include <QGuiApplication>
+#include <QEvent>
+#include <QFontMetrics>
 #include <QPalette>
+#include <QStyle>
+#include <QStyleOptionFrame>
+#include <QToolTip>
 
+#include <algorithm>
 #include <cstring>
 
 namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN {
 namespace {
-
-constexpr std::size_t kUserNameMaxLength = 8;
-constexpr std::size_t kPasswordMaxLength = 12;
-constexpr std::size_t kDocNameMaxLength = 12;
 
 std::unique_ptr<InputStringChecker> makeFormatter(std::size_t maxLength, const char16_t *ranges)
 {
@@ -42,13 +45,54 @@ QVariant variantOf(const std::optional<QString> &text)
     return text ? QVariant(*text) : QVariant();
 }
 
-// A caption is grey while its control does not apply, the text colour of
-// controls otherwise.
-QColor captionColor(const QVariant &applies)
+// How long a refused keystroke shows the field's rule.
+constexpr int kRuleDisplayMilliseconds = 3000;
+
+// A caption is greyed as a disabled text is while its control does not
+// apply, in the text colour otherwise.
+QColor captionColor(const QPalette &palette, const QVariant &applies)
 {
     if (numberEquals(applies, 0))
-        return QColor(Qt::lightGray);
-    return QGuiApplication::palette().color(QPalette::Active, QPalette::WindowText);
+        return palette.color(QPalette::Disabled, QPalette::WindowText);
+    return palette.color(QPalette::Active, QPalette::WindowText);
+}
+
+// The marked choice of the first of the storage options that has one.
+std::optional<std::pair<const ppd_option_t *, const ppd_choice_t *>> storageChoice(ppd_file_t *ppd)
+{
+    for (const char *keyword : {"Option2", "NVHardDisk"}) {
+        if (const ppd_choice_t *choice = ppdFindMarkedChoice(ppd, keyword))
+            return std::pair{ppdFindOption(ppd, keyword), choice};
+    }
+    return std::nullopt;
+}
+
+// The width a field needs to show `length` of its widest character (the
+// echo character when it hides its text) without scrolling.
+int widthForLongestContent(const QLineEdit &field, const char16_t *ranges, std::size_t length)
+{
+    const QFontMetrics metrics = field.fontMetrics();
+    int widest = 0;
+    if (field.echoMode() != QLineEdit::Normal) {
+        widest = metrics.horizontalAdvance(
+            QChar(field.style()->styleHint(QStyle::SH_LineEdit_PasswordCharacter, nullptr, &field)));
+    } else {
+        for (const char16_t *pair = ranges; pair[0] != 0; pair += 2) {
+            for (std::uint32_t code = pair[0]; code <= pair[1]; ++code)
+                widest = std::max(widest, metrics.horizontalAdvance(QChar(static_cast<char16_t>(code))));
+        }
+    }
+    // QLineEdit keeps two pixels on each side of its text and one for the
+    // cursor; the style adds the frame.
+    const QMargins margins = field.textMargins();
+    const int contents = widest * static_cast<int>(length) + 2 * 2 + 1 + margins.left() + margins.right();
+    QStyleOptionFrame option;
+    option.initFrom(&field);
+    option.lineWidth = field.hasFrame() ? field.style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &option, &field) : 0;
+    option.state |= QStyle::State_Sunken;
+    return field.style()
+        ->sizeFromContents(QStyle::CT_LineEdit, &option, QSize(contents, field.sizeHint().height()), &field)
+        .width();
 }
 
 } // namespace
@@ -85,6 +129,15 @@ void VmbController::awakeFromNib()
     m_userNameFormatter = makeFormatter(kUserNameMaxLength, kUserNameAcceptableRange);
     m_passwordFormatter = makeFormatter(kPasswordMaxLength, kPasswordAcceptableRange);
     m_docNameFormatter = makeFormatter(kDocNameMaxLength, kDocNameAcceptableRange);
+    // The texts are stored in the printer's encoding: the default one until
+    // a PPD names another.
+    setStorageEncoding(GetEncodingInfoFromPPD(nullptr));
+    for (QLineEdit *field : {m_userNameTextField.data(), m_passwordTextField.data(), m_docNameTextField.data()}) {
+        if (field != nullptr)
+            connect(field, &QLineEdit::inputRejected, this, [this, field] { showRule(field); });
+    }
+    if (m_view)
+        m_view->installEventFilter(this);
     restoreDefaults();
 }
 
@@ -100,6 +153,48 @@ void VmbController::localizeView()
         m_passwordTextField->setValidator(m_passwordFormatter.get());
     if (m_docNameTextField)
         m_docNameTextField->setValidator(m_docNameFormatter.get());
+    sizeFieldsForLongestContent();
+    updateStorageNote();
+}
+
+void VmbController::sizeFieldsForLongestContent()
+{
+    const struct {
+        QLineEdit *field;
+        const char16_t *ranges;
+        std::size_t length;
+    } fields[] = {{m_userNameTextField, kUserNameAcceptableRange, kUserNameMaxLength},
+                  {m_passwordTextField, kPasswordAcceptableRange, kPasswordMaxLength},
+                  {m_docNameTextField, kDocNameAcceptableRange, kDocNameMaxLength}};
+    for (const auto &[field, ranges, length] : fields) {
+        if (field != nullptr)
+            field->setMinimumWidth(widthForLongestContent(*field, ranges, length));
+    }
+}
+
+void VmbController::showRule(QLineEdit *field)
+{
+    if (field->toolTip().isEmpty())
+        return;
+    QToolTip::showText(field->mapToGlobal(QPoint(0, field->height())), field->toolTip(), field, QRect(),
+                       kRuleDisplayMilliseconds);
+}
+
+void VmbController::updateStorageNote()
+{
+    if (!m_storageNoteLabel)
+        return;
+    const bool noStorage = !m_model || numberEquals(m_model->canStore(), 0);
+    if (noStorage) {
+        const auto localized = [this](const char *key) {
+            return nvktraLocalizedStringForKey(m_bundle, QString::fromLatin1(key), std::nullopt, std::nullopt)
+                .value_or(QString());
+        };
+        m_storageNoteLabel->setText(m_missingStorage ? localized("No Job Storage Option")
+                                                           .arg(m_missingStorage->first, m_missingStorage->second)
+                                                     : localized("No Job Storage"));
+    }
+    m_storageNoteLabel->setVisible(noStorage);
 }
 
 void VmbController::setPPD(ppd_file_t *ppd)
@@ -107,15 +202,17 @@ void VmbController::setPPD(ppd_file_t *ppd)
     if (ppd == nullptr)
         return;
     m_ppd = ppd;
-    const ppd_choice_t *choice = ppdFindMarkedChoice(ppd, "Option2");
-    if (choice == nullptr)
-        choice = ppdFindMarkedChoice(ppd, "NVHardDisk");
-    if (choice == nullptr)
-        return;
-    if (std::strcmp(choice->choice, "False") == 0 || std::strcmp(choice->choice, "None") == 0)
-        return;
-    if (m_model)
-        m_model->setCanStore(true);
+    setStorageEncoding(GetEncodingInfoFromPPD(ppd));
+    const auto storage = storageChoice(ppd);
+    if (storage && std::strcmp(storage->second->choice, "False") != 0
+        && std::strcmp(storage->second->choice, "None") != 0) {
+        if (m_model)
+            m_model->setCanStore(true);
+        m_missingStorage.reset();
+    } else if (storage && storage->first != nullptr) {
+        m_missingStorage.emplace(QString::fromUtf8(storage->first->text), QString::fromUtf8(storage->second->text));
+    }
+    updateStorageNote();
 }
 
 QVariant VmbController::printType() const
@@ -143,6 +240,14 @@ void VmbController::setUserName(const std::optional<QString> &userName)
 {
     if (m_model)
         m_model->setUserName(variantOf(userName));
+}
+
+void VmbController::setStorageEncoding(StringEncoding encoding)
+{
+    for (InputStringChecker *formatter : {m_userNameFormatter.get(), m_docNameFormatter.get()}) {
+        if (formatter != nullptr)
+            formatter->setStorageEncoding(encoding);
+    }
 }
 
 StringEncoding VmbController::passwordEncoding() const
@@ -207,10 +312,28 @@ void VmbController::observeValueForKeyPath(const QString &, QObject *, const QVa
         model.setIsSecure(numberEquals(model.printType(), 4) || numberEquals(model.printType(), 1));
         model.setIsCustomDocName(!numberEquals(model.documentNameType(), 0));
     }
-    model.setCanStoreColor(captionColor(model.canStore()));
-    model.setIsStoredColor(captionColor(model.isStored()));
-    model.setIsSecureColor(captionColor(model.isSecure()));
-    model.setIsCustomDocNameColor(captionColor(model.isCustomDocName()));
+    refreshCaptionColors();
+}
+
+void VmbController::refreshCaptionColors()
+{
+    if (!m_model)
+        return;
+    VmbModel &model = *m_model;
+    const QPalette palette = m_view ? m_view->palette() : QApplication::palette();
+    model.setCanStoreColor(captionColor(palette, model.canStore()));
+    model.setIsStoredColor(captionColor(palette, model.isStored()));
+    model.setIsSecureColor(captionColor(palette, model.isSecure()));
+    model.setIsCustomDocNameColor(captionColor(palette, model.isCustomDocName()));
+}
+
+bool VmbController::eventFilter(QObject *watched, QEvent *event)
+{
+    // The type first: the view also sends events while it is destroyed, when
+    // it is no longer a view to compare with.
+    if (event->type() == QEvent::PaletteChange && watched == m_view)
+        refreshCaptionColors();
+    return QObject::eventFilter(watched, event);
 }
 
 void VmbController::clickDefaults(QObject *)

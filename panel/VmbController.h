@@ -10,6 +10,7 @@
 #include "text/CupsPpd.h"
 #include "text/StringEncoding.h"
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QObject>
 #include <QPointer>
@@ -18,6 +19,7 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace pde {
 class Bundle;
@@ -36,6 +38,7 @@ class VmbController : public QObject
     Q_PROPERTY(QLineEdit *userNameTextField READ userNameTextField WRITE setUserNameTextField)
     Q_PROPERTY(QLineEdit *passwordTextField READ passwordTextField WRITE setPasswordTextField)
     Q_PROPERTY(QLineEdit *docNameTextField READ docNameTextField WRITE setDocNameTextField)
+    Q_PROPERTY(QLabel *storageNoteLabel READ storageNoteLabel WRITE setStorageNoteLabel)
 
 public:
     explicit VmbController(QObject *parent = nullptr);
@@ -46,18 +49,23 @@ public:
     // type stays where it is while the device cannot store).
     void restoreDefaults();
     // Observes the model's print type and document-name type, builds the three
-    // formatters (user ID 8, password 12 digits, document name 12), and
-    // restores the defaults.
+    // formatters (user ID 8, password 12 digits, document name 12), makes a
+    // refused keystroke show its field's rule, follows the view's palette,
+    // and restores the defaults.
     Q_INVOKABLE void awakeFromNib();
 
     BasicPdeView *mainView() const { return m_view; }
-    // Hands the view the bundle, translates its controls, and attaches the
-    // formatters to the three fields (again on every call).
+    // Hands the view the bundle, translates its controls, attaches the
+    // formatters to the three fields (again on every call), makes each field
+    // wide enough for its longest content, and says in the storage note
+    // whether the printer has no job storage.
     void localizeView();
 
     // Learns the storage capability: the marked choice of "Option2", else of
-    // "NVHardDisk"; any keyword but "False" and "None" means storage. A null
-    // PPD changes nothing; the capability is never taken back.
+    // "NVHardDisk"; any keyword but "False" and "None" means storage. The
+    // user ID and document name fields then refuse characters the PPD's
+    // printer language encoding cannot store. A null PPD changes nothing;
+    // the capability is never taken back.
     void setPPD(ppd_file_t *ppd);
     ppd_file_t *ppd() const { return m_ppd; }
 
@@ -83,6 +91,9 @@ public:
     // whatever changed.
     void observeValueForKeyPath(const QString &keyPath, QObject *object, const QVariantMap &change,
                                 void *context);
+    // Sets the four caption colours from the model's flags: the view's
+    // disabled text colour where the flag is off, its text colour where on.
+    void refreshCaptionColors();
 
     pde::Bundle *bundle() const { return m_bundle; }
     void setBundle(pde::Bundle *bundle) { m_bundle = bundle; }
@@ -97,6 +108,12 @@ public:
     void setPasswordTextField(QLineEdit *field) { m_passwordTextField = field; }
     QLineEdit *docNameTextField() const { return m_docNameTextField; }
     void setDocNameTextField(QLineEdit *field) { m_docNameTextField = field; }
+    QLabel *storageNoteLabel() const { return m_storageNoteLabel; }
+    void setStorageNoteLabel(QLabel *label) { m_storageNoteLabel = label; }
+
+protected:
+    // Follows palette changes of the view: the caption colours come from it.
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 public Q_SLOTS:
     // The defaults button.
@@ -106,6 +123,15 @@ public Q_SLOTS:
     void showHelpBook(QObject *sender);
 
 private:
+    // Makes the user ID and document name formatters refuse what `encoding`
+    // cannot store.
+    void setStorageEncoding(StringEncoding encoding);
+    // Shows the field's rule (its tooltip) briefly beside it.
+    void showRule(QLineEdit *field);
+    // The storage note: shown, with the PPD's storage option and choice when
+    // it has one, while the printer cannot store jobs; hidden otherwise.
+    void updateStorageNote();
+    void sizeFieldsForLongestContent();
     // The printer language encoding of the PPD, UTF-8 without one.
     StringEncoding passwordEncoding() const;
 
@@ -114,6 +140,10 @@ private:
     QPointer<QLineEdit> m_userNameTextField;
     QPointer<QLineEdit> m_passwordTextField;
     QPointer<QLineEdit> m_docNameTextField;
+    QPointer<QLabel> m_storageNoteLabel;
+    // The texts of the storage option and of its marked choice, when the PPD
+    // said there is no storage.
+    std::optional<std::pair<QString, QString>> m_missingStorage;
     pde::Bundle *m_bundle = nullptr;
     ppd_file_t *m_ppd = nullptr;
     std::unique_ptr<InputStringChecker> m_userNameFormatter;

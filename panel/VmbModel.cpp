@@ -2,7 +2,11 @@
 // Storage and defaults of the panel's model.
 #include "panel/VmbModel.h"
 
+#include <QApplication>
 #include <QColor>
+#include <QPalette>
+
+#include <algorithm>
 
 namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN {
 namespace {
@@ -18,12 +22,25 @@ void wipeIfSoleOwner(QVariant &value)
         text->fill(QChar(0));
 }
 
+// Overwrites a string's characters in place, in every copy that shares them
+// (a field's text shares the password it showed): for the model's last
+// moment, when those copies are about to go as well.
+void wipeEverywhere(QVariant &value)
+{
+    if (value.typeId() != QMetaType::QString)
+        return;
+    QString::DataPointer &data = static_cast<QString *>(value.data())->data_ptr();
+    if (data.isMutable()) // heap memory; a literal's is read-only
+        std::fill_n(data.data(), data.size, u'\0');
+}
+
 } // namespace
 
 VmbModel::VmbModel(QObject *parent) : QObject(parent) {}
 
 VmbModel::~VmbModel()
 {
+    wipeEverywhere(m_password);
     setPrintType({});
     setUserName({});
     setPassword({});
@@ -50,10 +67,11 @@ void VmbModel::awakeFromNib()
     setIsStored(false);
     setIsSecure(false);
     setIsCustomDocName(true);
-    setCanStoreColor(QColor(Qt::lightGray));
-    setIsStoredColor(QColor(Qt::lightGray));
-    setIsSecureColor(QColor(Qt::lightGray));
-    setIsCustomDocNameColor(QColor(Qt::lightGray));
+    const QColor grey = QApplication::palette().color(QPalette::Disabled, QPalette::WindowText);
+    setCanStoreColor(grey);
+    setIsStoredColor(grey);
+    setIsSecureColor(grey);
+    setIsCustomDocNameColor(grey);
 }
 
 #define PDE_MODEL_SETTER(Setter, member, Signal) \

@@ -30,13 +30,14 @@ class VmbModel : public QObject
 
 public:
     explicit VmbModel(QObject *parent = nullptr);
-    // Sets all thirteen properties to no value, in declaration order, so that
-    // observers see the model go.
+    // Wipes the clear password, in every copy that shares its characters,
+    // then sets all thirteen properties to no value, in declaration order, so
+    // that observers see the model go.
     ~VmbModel() override;
 
     // The defaults: print type 0, empty user ID, password and document name,
     // document-name type 1, no storage, not stored, not secure, entered
-    // document name, and four grey captions.
+    // document name, and four captions in the palette's disabled text colour.
     Q_INVOKABLE void awakeFromNib();
 
     QVariant printType() const { return m_printType; }

@@ -80,9 +80,12 @@ struct Bundle::Private {
     }
 
     // The table `name` of one localization ("" for Resources/ itself), read
-    // on first use; null when the bundle has none.
+    // on first use; null when the bundle has none, and for a name that is
+    // not a plain one (which is never read).
     const StringTable *table(const QString &localization, const QString &name)
     {
+        if (!isPlainResourceName(name))
+            return nullptr;
         const QString id = localization + u'/' + name;
         auto found = tables.find(id);
         if (found == tables.end()) {
@@ -113,11 +116,14 @@ Bundle::Bundle(QString path, QVariantMap info) : d(std::make_unique<Private>())
 
 Bundle::~Bundle() = default;
 
-Bundle *Bundle::open(const QString &path)
+Bundle *Bundle::open(const QString &path, QString *error)
 {
     const QString canonical = QFileInfo(path).canonicalFilePath();
     if (canonical.isEmpty()) {
-        qCWarning(lcPdeBundle, "%s: no such bundle directory", qUtf8Printable(path));
+        const QString message = QStringLiteral("%1: no such bundle directory").arg(path);
+        qCWarning(lcPdeBundle, "%s", qUtf8Printable(message));
+        if (error != nullptr)
+            *error = message;
         return nullptr;
     }
     Registry &known = registry();
@@ -125,10 +131,15 @@ Bundle *Bundle::open(const QString &path)
         return bundle;
 
     const QString infoPath = canonical + QStringLiteral("/Contents/Info.plist");
-    const std::optional<QVariant> info = readPropertyListFile(infoPath);
+    QString why;
+    const std::optional<QVariant> info = readPropertyListFile(infoPath, &why);
+    if (info && info->typeId() != QMetaType::QVariantMap)
+        why = QStringLiteral("does not hold a dictionary");
     if (!info || info->typeId() != QMetaType::QVariantMap) {
-        qCWarning(lcPdeBundle, "%s: not a bundle (%s is missing, unreadable or not a dictionary)",
-                  qUtf8Printable(path), qUtf8Printable(infoPath));
+        const QString message = QStringLiteral("%1: not a bundle: %2 %3").arg(path, infoPath, why);
+        qCWarning(lcPdeBundle, "%s", qUtf8Printable(message));
+        if (error != nullptr)
+            *error = message;
         return nullptr;
     }
     known.bundles.push_back(std::unique_ptr<Bundle>(new Bundle(canonical, info->toMap())));
@@ -261,6 +272,10 @@ QString Bundle::localizedStringForKey(const QString &key, const std::optional<QS
     d->refresh();
     auto chain = d->chains.find(name);
     if (chain == d->chains.end()) {
+        if (!isPlainResourceName(name)) {
+            qCWarning(lcPdeBundle).nospace() << bundlePath() << ": the table name " << name
+                                             << " is not a plain name inside the bundle's resources; it is not read";
+        }
         std::vector<const StringTable *> tables;
         for (const QString &localization : d->order) {
             if (const StringTable *strings = d->table(localization, name))
@@ -274,6 +289,11 @@ QString Bundle::localizedStringForKey(const QString &key, const std::optional<QS
             return found->second;
     }
     return value && !value->isEmpty() ? *value : key;
+}
+
+bool Bundle::isPlainResourceName(QStringView name)
+{
+    return !name.isEmpty() && !name.contains(u'/') && !name.contains(u"..") && !name.contains(QChar(0));
 }
 
 ClassRegistry &Bundle::classes() const

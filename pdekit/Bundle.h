@@ -9,6 +9,7 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <QStringView>
 #include <QUrl>
 #include <QVariant>
 #include <QVariantMap>
@@ -35,11 +36,18 @@ public:
     };
 
     // Opens the bundle directory at `path` (the X.plugin folder) and registers
-    // it; opening the same directory again gives the same bundle. Returns null,
-    // logging the path and the reason, when it has no readable
-    // Contents/Info.plist holding a dictionary. Bundles live until the process
-    // ends, so the pointer stays valid.
-    static Bundle *open(const QString &path);
+    // it; opening the same directory again gives the same bundle. Returns null
+    // when it has no Contents/Info.plist that is a readable regular file
+    // within the size limit holding a dictionary nested no deeper than
+    // property lists may be; the message naming the path, the file and the
+    // reason is logged and, when `error` is given, stored there. Bundles live
+    // until the process ends, so the pointer stays valid.
+    static Bundle *open(const QString &path, QString *error = nullptr);
+
+    // True for a name that stays inside the resources when a file name is
+    // made of it (a nib or table name from a PPD): not empty, no "/", no
+    // "..", no zero character.
+    static bool isPlainResourceName(QStringView name);
 
     // The first opened bundle with this CFBundleIdentifier; null when none
     // has it, and for an empty identifier.
@@ -72,14 +80,17 @@ public:
     QStringList preferredLocalizations() const;
 
     // The path of `name`.`type` (type may be empty) in `subdirectory` of the
-    // resources; nullopt when no search place has it.
+    // resources: the first search place that has a regular file (or a link
+    // to one) there; nullopt when none has.
     std::optional<QString> pathForResource(const QString &name, const QString &type,
                                            const QString &subdirectory = {},
                                            Search search = Search::PlainFirst) const;
 
     // The translation of `key` in `table` (Localizable when nullopt), searched
     // in preferredLocalizations() order; when no table has it, `value`, or
-    // `key` when `value` is nullopt or empty. Each table is read once.
+    // `key` when `value` is nullopt or empty. Each table is read once. A
+    // table name that is not plain (isPlainResourceName) names no table; it
+    // is logged once.
     QString localizedStringForKey(const QString &key, const std::optional<QString> &value,
                                   const std::optional<QString> &table) const;
 

@@ -6,9 +6,10 @@
 #include "pdekit/Binding.h"
 #include "pdekit/Bundle.h"
 #include "pdekit/PdeKitLogging.h"
+#include "pdekit/ResourceFile.h"
 
+#include <QBuffer>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QHash>
 #include <QMetaMethod>
@@ -16,6 +17,7 @@
 #include <QSet>
 #include <QUiLoader>
 #include <QWidget>
+#include <QXmlStreamReader>
 
 #include <optional>
 #include <unordered_map>
@@ -114,6 +116,29 @@ QList<QMetaMethod> methodsNamed(const QMetaObject *meta, const QString &name, bo
     return found;
 }
 
+// The deepest nesting of elements handed to QUiLoader; a real panel's .ui
+// nests a few dozen (each widget in a layout takes three levels).
+constexpr int kMaxUiDepth = 256;
+
+// Why QUiLoader must not read the .ui: it nests elements deeper than
+// kMaxUiDepth, or it is not well-formed XML (where QUiLoader would stop, this
+// stops first); nullopt when it may.
+std::optional<QString> tooDeepForTheLoader(const QByteArray &ui)
+{
+    QXmlStreamReader xml(ui);
+    int depth = 0;
+    while (!xml.atEnd()) {
+        const QXmlStreamReader::TokenType token = xml.readNext();
+        if (token == QXmlStreamReader::StartElement && ++depth > kMaxUiDepth)
+            return QStringLiteral("nests elements more than %1 deep").arg(kMaxUiDepth);
+        if (token == QXmlStreamReader::EndElement)
+            --depth;
+    }
+    if (xml.hasError())
+        return QStringLiteral("not a valid .ui file: line %1: %2").arg(xml.lineNumber()).arg(xml.errorString());
+    return std::nullopt;
+}
+
 } // namespace
 
 // Calls a method that takes the sender ("clickDefaults(QObject *sender)").
@@ -188,13 +213,19 @@ private:
 
     bool build()
     {
-        QFile file(m_path);
-        if (!file.open(QIODevice::ReadOnly))
-            return fail(QStringLiteral("cannot be read: %1").arg(file.errorString()));
+        const ResourceFile file = readResourceFile(m_path);
+        if (!file.contents)
+            return fail(file.error);
+        // QUiLoader reads and builds the widget tree recursively.
+        if (const std::optional<QString> fault = tooDeepForTheLoader(*file.contents))
+            return fail(*fault);
+        QBuffer contents;
+        contents.setData(*file.contents);
+        contents.open(QIODevice::ReadOnly);
         BundleUiLoader loader(m_bundle);
         // Relative paths in the .ui (pixmaps, icons) name files beside it.
         loader.setWorkingDirectory(QFileInfo(m_path).absoluteDir());
-        m_root.reset(loader.load(&file));
+        m_root.reset(loader.load(&contents));
         if (!loader.error().isEmpty())
             return fail(loader.error());
         if (!m_root)
@@ -366,6 +397,11 @@ private:
 bool Nib::load(const Bundle &bundle, const QString &name, QObject *owner,
                TopLevelObjects *topLevelObjects)
 {
+    if (!Bundle::isPlainResourceName(name)) {
+        qCWarning(lcPdeNib).nospace() << bundle.bundlePath() << ": the nib name " << name
+                                      << " is not a plain name inside the bundle's resources";
+        return false;
+    }
     const std::optional<QString> path =
         bundle.pathForResource(name, QStringLiteral("ui"), {}, Bundle::Search::LocalizedFirst);
     if (!path) {

@@ -41,9 +41,12 @@ public:
     // widgets), and appends the root widget and the declared objects to
     // `topLevelObjects`, which owns them from then on. Relative file names in
     // the .ui (pixmaps) are read from the .ui file's folder. Returns false,
-    // logging the nib and the fault, when the nib is missing or malformed,
-    // its root widget is of a class that is neither Qt's own nor registered
-    // by the bundle, or a declaration cannot be made; then nothing is kept,
+    // logging the nib and the fault, when `name` is not a plain name
+    // (Bundle::isPlainResourceName), the nib is missing, is not a regular
+    // file within kMaxResourceFileSize, is malformed or nests elements deeper
+    // than the loader can take, its root widget is of a class that is
+    // neither Qt's own nor registered by the bundle, or a declaration cannot
+    // be made; then nothing is kept,
     // nothing the load made is left on the owner and no outlet of the owner
     // is left set.
     static bool load(const Bundle &bundle, const QString &name, QObject *owner,

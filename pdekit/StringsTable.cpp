@@ -4,8 +4,8 @@
 #include "pdekit/StringsTable.h"
 
 #include "pdekit/PdeKitLogging.h"
+#include "pdekit/ResourceFile.h"
 
-#include <QFile>
 #include <QStringDecoder>
 
 namespace pde {
@@ -328,10 +328,13 @@ StringsTable parseStringsTable(QByteArrayView data)
 
 std::optional<QHash<QString, QString>> loadStringsTable(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    const ResourceFile file = readResourceFile(path);
+    if (!file.contents) {
+        if (!file.missing)
+            qCWarning(lcPdeBundle, "%s: %s; the table is not used", qUtf8Printable(path), qUtf8Printable(file.error));
         return std::nullopt;
-    StringsTable table = parseStringsTable(file.readAll());
+    }
+    StringsTable table = parseStringsTable(*file.contents);
     if (table.error) {
         qCWarning(lcPdeBundle, "%s:%d: %s; the pairs before it are used",
                   qUtf8Printable(path), table.error->line, qUtf8Printable(table.error->message));

@@ -36,9 +36,11 @@ struct StringsTable {
 // statements complete before it are kept, one that it cuts short is not.
 PDEKIT_EXPORT StringsTable parseStringsTable(QByteArrayView data);
 
-// Reads and parses the table file at `path`. Returns nullopt when the file
-// cannot be read. A malformed file is logged once (path, line, fault) and
-// the pairs before the fault are returned.
+// Reads and parses the table file at `path`. Returns nullopt when there is
+// no file there (silently), and when it is not a regular file of at most
+// kMaxResourceFileSize bytes or cannot be read (logged with the path and the
+// reason). A malformed file is logged once (path, line, fault) and the pairs
+// before the fault are returned.
 PDEKIT_EXPORT std::optional<QHash<QString, QString>> loadStringsTable(const QString &path);
 
 } // namespace pde

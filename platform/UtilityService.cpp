@@ -11,6 +11,7 @@
 #include "platform/UnicodeBuffer.h"
 
 #include "pdekit/PropertyList.h"
+#include "pdekit/ResourceFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -144,11 +145,12 @@ void UtilityService::removeHelpCacheForBundleID(const std::optional<QString> &bu
     if (!bundleIdentifier || bundleIdentifier->contains(QChar(0)))
         return;
     const QString path = QDir::homePath() + kHelpRegistrationFile;
-    QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+    // A regular file within the size limit only: the registration file is
+    // the user's, but what else wrote it is not known.
+    const pde::ResourceFile file = pde::readResourceFile(path);
+    if (!file.contents)
         return;
-    const pde::PropertyListNode root = pde::parsePropertyList(file.readAll());
-    file.close();
+    const pde::PropertyListNode root = pde::parsePropertyList(*file.contents);
     if (!root)
         return;
 

@@ -4,11 +4,16 @@
 #include "plugin/VirtualMailboxPdeInterface.h"
 
 #include "localization/LocalizedString.h"
+#include "panel/InputStringChecker.h"
+#include "panel/NumberValue.h"
 #include "pdekit/Bundle.h"
 #include "platform/HelpBook.h"
+#include "platform/LoginName.h"
 #include "platform/SystemVersion.h"
 #include "platform/UtilityService.h"
+#include "plugin/PluginLogging.h"
 #include "text/PpdAttribute.h"
+#include "text/PrinterLanguageEncoding.h"
 
 #include <QWidget>
 
@@ -19,13 +24,19 @@ namespace {
 
 const QString kDefaultNib = QStringLiteral("SecurePrint");
 
+// The pop-ups' choices and the defaults a value outside them is taken as.
+constexpr int kPrintTypeChoices = 5;
+constexpr int kDefaultPrintType = 0;
+constexpr int kDocumentNameTypeChoices = 2;
+constexpr int kDefaultDocumentNameType = 1;
+
 } // namespace
 
 VirtualMailboxPdeInterface::VirtualMailboxPdeInterface(pde::PDEPluginCallback *callback, pde::Bundle *bundle)
     : BasicPdeInterface(callback, bundle)
 {
     setPrintType(0);
-    setUserName(QString());
+    setUserName(defaultUserName());
     setPassword(QString());
     setDocumentNameType(1);
     setDocumentName(QString());
@@ -47,18 +58,52 @@ VirtualMailboxPdeInterface::~VirtualMailboxPdeInterface()
     releaseTopLevelObjects();
 }
 
+void VirtualMailboxPdeInterface::keepTopLevelObjects(pde::Nib::TopLevelObjects objects)
+{
+    for (std::unique_ptr<QObject> &object : objects) {
+        if (object->isWidgetType())
+            m_nibWidgets.emplace_back(static_cast<QWidget *>(object.release()));
+        else
+            m_nibObjects.push_back(std::move(object));
+    }
+}
+
 void VirtualMailboxPdeInterface::releaseTopLevelObjects()
 {
-    // Controller first, so that it stops observing before the model goes;
-    // a view the host still holds is taken back before it is deleted, and one
-    // the host already deleted is not deleted again.
-    while (!m_topLevelObjs.empty()) {
-        std::unique_ptr<QObject> object = std::move(m_topLevelObjs.back());
-        m_topLevelObjs.pop_back();
-        if (auto *widget = qobject_cast<QWidget *>(object.get()); widget != nullptr && widget->parentWidget() != nullptr)
-            widget->setParent(nullptr);
-    }
     m_vmbController = nullptr;
+    // Controller first, so that it stops observing before the model goes.
+    while (!m_nibObjects.empty())
+        m_nibObjects.pop_back();
+    // A view the host placed in its dialog leaves the dialog as it is
+    // deleted; one the host already deleted with its dialog is left alone.
+    for (const QPointer<QWidget> &widget : m_nibWidgets) {
+        if (widget)
+            delete widget.data();
+    }
+    m_nibWidgets.clear();
+}
+
+QString VirtualMailboxPdeInterface::defaultUserName() const
+{
+    // What the user ID field would accept when typed: the first 8
+    // characters of the login name, all of them in the field's rules and
+    // storable in the printer's encoding; otherwise none.
+    InputStringChecker field;
+    field.setMaxLength(kUserNameMaxLength);
+    field.setAcceptableCodeRange(kUserNameAcceptableRange);
+    field.setStorageEncoding(GetEncodingInfoFromPPD(ppd()));
+    const QString login = CopyLoginName().value_or(QString()).left(static_cast<qsizetype>(kUserNameMaxLength));
+    return field.isPartialStringValid(login, nullptr, nullptr) ? login : QString();
+}
+
+void VirtualMailboxPdeInterface::setPrintType(const QVariant &printType)
+{
+    m_printType = choiceOrDefault(printType, kPrintTypeChoices, kDefaultPrintType);
+}
+
+void VirtualMailboxPdeInterface::setDocumentNameType(const QVariant &documentNameType)
+{
+    m_documentNameType = choiceOrDefault(documentNameType, kDocumentNameTypeChoices, kDefaultDocumentNameType);
 }
 
 QWidget *VirtualMailboxPdeInterface::panelView()
@@ -67,11 +112,22 @@ QWidget *VirtualMailboxPdeInterface::panelView()
         m_nibFileName = kDefaultNib;
         releaseTopLevelObjects();
         if (ppd() != nullptr) {
-            if (std::optional<QString> nib = CopyPPDAttribute(ppd(), "NVJobTypeNibName"))
-                m_nibFileName = *nib;
+            // A name from the PPD must stay inside the bundle's resources.
+            if (std::optional<QString> nib = CopyPPDAttribute(ppd(), "NVJobTypeNibName")) {
+                if (pde::Bundle::isPlainResourceName(*nib)) {
+                    m_nibFileName = *nib;
+                } else {
+                    qCWarning(lcPlugin).nospace() << "NVJobTypeNibName " << *nib
+                                                  << " is not a plain name inside the bundle's resources; the nib "
+                                                  << kDefaultNib << " is used";
+                }
+            }
         }
-        if (pluginBundle() != nullptr)
-            pde::Nib::load(*pluginBundle(), m_nibFileName, this, &m_topLevelObjs);
+        if (pluginBundle() != nullptr) {
+            pde::Nib::TopLevelObjects objects;
+            pde::Nib::load(*pluginBundle(), m_nibFileName, this, &objects);
+            keepTopLevelObjects(std::move(objects));
+        }
         if (!m_vmbController) {
             releaseTopLevelObjects();
             return nullptr;

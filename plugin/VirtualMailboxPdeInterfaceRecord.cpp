@@ -46,16 +46,21 @@ bool VirtualMailboxPdeInterface::saveValuesAndReturnError(pde::PDEError *)
         return false;
 
     const StringEncoding encoding = GetEncodingInfoFromPPD(ppd());
+    // Validation refused a text that applies and cannot be stored; one that
+    // does not apply (its control is disabled) is stored empty rather than
+    // leaving an earlier entry in the record.
+    const auto storedForm = [encoding](const QString &text) {
+        return CanStoreText(text, encoding) ? CopyEncodedString(text, encoding).value_or(QString()) : QString();
+    };
     write(settings, "SecureVersion", QStringLiteral("201"));
     write(settings, "PrintType", oneHigher(integerValueOf(printType())));
-    // A user ID that cannot be stored leaves the earlier entry in place...
-    if (const std::optional<QString> stored = CopyEncodedString(userName(), encoding))
-        write(settings, "PrintTypeUserName", *stored);
+    // A missing user ID leaves the earlier entry in place...
+    if (const std::optional<QString> user = userName())
+        write(settings, "PrintTypeUserName", storedForm(*user));
     write(settings, "PrintTypePassword", password().value_or(QString()));
     write(settings, "DocumentNameType", oneHigher(integerValueOf(documentNameType())));
     // ...while a missing document name is stored as the empty one.
-    if (const std::optional<QString> stored = CopyEncodedString(documentName().value_or(QString()), encoding))
-        write(settings, "DocumentName", *stored);
+    write(settings, "DocumentName", storedForm(documentName().value_or(QString())));
     return true;
 }
 
@@ -65,22 +70,23 @@ bool VirtualMailboxPdeInterface::restoreValuesAndReturnError(pde::PDEError *)
         pdePluginCallbackObject() != nullptr ? pdePluginCallbackObject()->printSettings() : nullptr;
     if (settings != nullptr) {
         const StringEncoding encoding = GetEncodingInfoFromPPD(ppd());
-        const auto readText = [&](const char *suffix, const std::optional<QString> &current) {
+        const auto readText = [&](const char *suffix, const std::optional<QString> &current,
+                                  const QString &absent) {
             const std::optional<QVariant> stored = read(settings, suffix);
             if (!stored)
-                return std::optional<QString>(QString());
+                return std::optional<QString>(absent);
             const std::optional<QString> decoded = CopyDecodedString(stored->toString(), encoding);
             return decoded ? decoded : current;
         };
 
         const std::optional<QVariant> type = read(settings, "PrintType");
         setPrintType(type ? oneLower(integerValueOf(*type)) : 0);
-        setUserName(readText("PrintTypeUserName", userName()));
+        setUserName(readText("PrintTypeUserName", userName(), defaultUserName()));
         const std::optional<QVariant> protectedPassword = read(settings, "PrintTypePassword");
         setPassword(protectedPassword ? protectedPassword->toString() : QString());
         const std::optional<QVariant> nameType = read(settings, "DocumentNameType");
         setDocumentNameType(nameType ? oneLower(integerValueOf(*nameType)) : 1);
-        setDocumentName(readText("DocumentName", documentName()));
+        setDocumentName(readText("DocumentName", documentName(), QString()));
     }
     updateView();
     return true;

@@ -4,6 +4,7 @@
 
 #include "panel/NumberValue.h"
 #include "pdekit/Alert.h"
+#include "text/PrinterLanguageEncoding.h"
 
 #include <algorithm>
 
@@ -27,10 +28,25 @@ bool VirtualMailboxPdeInterface::validateInputValues()
     const bool userPasses = user && std::any_of(user->cbegin(), user->cend(), [](QChar c) {
                                 return c != u' ' && c != u'\t';
                             });
-    if (userPasses && passwordPasses)
-        return true;
 
-    const QString message = !userPasses ? QStringLiteral("User Name Message") : QStringLiteral("Password Message");
+    // A restored text that the printer's encoding cannot hold would leave
+    // its entry out of the record; typing cannot put one there.
+    const StringEncoding encoding = GetEncodingInfoFromPPD(ppd());
+    const bool userStorable = !userPasses || CanStoreText(*user, encoding);
+    const bool documentNameStorable = !numberEquals(documentNameType(), 1)
+                                      || CanStoreText(documentName().value_or(QString()), encoding);
+
+    QString message;
+    if (!userPasses)
+        message = QStringLiteral("User Name Message");
+    else if (!userStorable)
+        message = QStringLiteral("User Name Encoding Message");
+    else if (!passwordPasses)
+        message = QStringLiteral("Password Message");
+    else if (!documentNameStorable)
+        message = QStringLiteral("Document Name Encoding Message");
+    else
+        return true;
     pde::runModalAlert(localized(message), localized(QStringLiteral("OK")), QString());
     return false;
 }

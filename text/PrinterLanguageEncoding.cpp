@@ -162,6 +162,12 @@ std::optional<QString> CopyEncodedString(const std::optional<QString> &text,
     return QString::fromLatin1(escaped.data(), static_cast<qsizetype>(length));
 }
 
+bool CanStoreText(QStringView text, StringEncoding encoding) noexcept
+{
+    std::array<unsigned char, kCStringCapacity> buffer{};
+    return encodeInto(text, encoding, buffer).complete;
+}
+
 std::optional<QString> CopyDecodedString(const std::optional<QString> &text,
                                          StringEncoding encoding)
 {

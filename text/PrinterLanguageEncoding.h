@@ -7,6 +7,7 @@
 #include "text/StringEncoding.h"
 
 #include <QString>
+#include <QStringView>
 
 #include <optional>
 
@@ -27,6 +28,11 @@ StringEncoding GetEncodingInfoFromPPD(ppd_file_t *ppd) noexcept;
 // text cannot be represented in `encoding` or needs more than 255 bytes.
 std::optional<QString> CopyEncodedString(const std::optional<QString> &text,
                                          StringEncoding encoding);
+
+// True when CopyEncodedString gives `text` a stored form in `encoding`: every
+// character has bytes in it and they fit in 255 bytes. Writes no message;
+// false for an encoding value outside the enumeration.
+bool CanStoreText(QStringView text, StringEncoding encoding) noexcept;
 
 // Returns the text that a stored form stands for: a text not beginning with
 // "/" is returned as it is; otherwise each entry is read as a decimal number

@@ -122,21 +122,13 @@ EncodedPrefix encodeInto(QStringView text, StringEncoding encoding,
         return {n, false};
     }
 
-    QStringView convertible = text;
-    if (encoding == StringEncoding::ShiftJIS_X0213) {
-        const auto stop = std::find_if(text.begin(), text.end(), [](QChar c) {
-            return c.unicode() == kYenSign || c.unicode() == kOverline;
-        });
-        convertible = text.first(stop - text.begin());
-    }
-
     iconv_t cd = descriptorFor(encoding, Direction::Encode);
     if (cd == nullptr)
         return {};
 
     // iconv takes non-const pointers but only reads the input.
-    char *in = const_cast<char *>(reinterpret_cast<const char *>(convertible.utf16()));
-    std::size_t inLeft = static_cast<std::size_t>(convertible.size()) * sizeof(char16_t);
+    char *in = const_cast<char *>(reinterpret_cast<const char *>(text.utf16()));
+    std::size_t inLeft = static_cast<std::size_t>(text.size()) * sizeof(char16_t);
     char *outPtr = reinterpret_cast<char *>(out.data());
     std::size_t outLeft = out.size();
 
@@ -147,8 +139,7 @@ EncodedPrefix encodeInto(QStringView text, StringEncoding encoding,
     // one; flushing writes it, or drops it when it no longer fits.
     const bool flushed = iconv(cd, nullptr, nullptr, &outPtr, &outLeft) != static_cast<std::size_t>(-1);
 
-    return {out.size() - outLeft,
-            converted && flushed && convertible.size() == text.size()};
+    return {out.size() - outLeft, converted && flushed};
 }
 
 std::optional<QString> decodeBytes(std::span<const unsigned char> bytes, StringEncoding encoding)
@@ -193,7 +184,8 @@ std::optional<QString> decodeBytes(std::span<const unsigned char> bytes, StringE
 
     if (encoding == StringEncoding::ShiftJIS_X0213) {
         // iconv reads the single bytes 0x5C and 0x7E as JIS-Roman; this
-        // project reads them as ASCII (see encodeInto).
+        // project reads them as ASCII (see encodeInto), so that every stored
+        // text reads back as the ASCII it was.
         for (QChar &c : result) {
             if (c.unicode() == kYenSign)
                 c = u'\\';

@@ -28,8 +28,9 @@ struct EncodedPrefix {
 //
 // Shift-JIS is taken ASCII-compatible: bytes 0x00-0x7F are ASCII both ways,
 // so a backslash stays a backslash and a tilde a tilde. The yen sign and the
-// overline, which share those bytes in JIS-Roman, have no code of their own
-// then and count as not representable.
+// overline, which the printer prints for those bytes, are written as 0x5C and
+// 0x7E (as iconv writes them); decodeBytes reads those back as backslash and
+// tilde, so the two map one way only.
 EncodedPrefix encodeInto(QStringView text, StringEncoding encoding,
                          std::span<unsigned char> out) noexcept;
 

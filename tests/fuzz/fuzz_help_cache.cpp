@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Fuzzes the help registration clean-up on arbitrary file contents: it must
-// never crash, and never write a file that it could not parse.
+// never crash, and never write a file that it could not parse; and the
+// reading of property lists into Qt values on the same contents.
 #include "pdekit/PropertyList.h"
 #include "platform/UtilityService.h"
 
@@ -49,7 +50,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (!file.open(QIODevice::ReadOnly))
         std::abort();
     const QByteArray after = file.readAll();
-    if (after != before && (!pde::parsePropertyList(before) || !pde::parsePropertyList(after)))
+    const pde::PropertyListNode parsed = pde::parsePropertyList(before);
+    if (after != before && (!parsed || !pde::parsePropertyList(after)))
         std::abort();
+    pde::propertyListValue(parsed.get()); // whatever parsed converts, however nested
     return 0;
 }

@@ -80,7 +80,7 @@ TEST(PdeHost, EveryExitStatusWithAMessageThatNamesTheProblem)
         {"settings that are a FIFO", withPrinter({QStringLiteral("--settings"), fifo, QStringLiteral("record")}), 2, QStringLiteral("fifo: not a regular file")},
         {"bundle the printer calls for is nowhere", {QStringLiteral("--ppd"), kPpd, QStringLiteral("panels")}, 2, QStringLiteral("JobTypeQTRN.plugin")},
         {"bundle that is not one", {QStringLiteral("--bundle"), QStringLiteral("/tmp"), QStringLiteral("--ppd"), kPpd, QStringLiteral("panels")}, 2, QStringLiteral("/tmp")},
-        {"refused save", withPrinter({QStringLiteral("record"), QStringLiteral("--set"), QStringLiteral("printType=3")}), 3, QStringLiteral("alert: Enter a user ID.")},
+        {"refused save", withPrinter({QStringLiteral("record"), QStringLiteral("--set"), QStringLiteral("printType=3"), QStringLiteral("--set"), QStringLiteral("userName=")}), 3, QStringLiteral("alert: Enter a user ID.")},
         {"disabled control", withPrinter({QStringLiteral("--option"), QStringLiteral("Option2=False"), QStringLiteral("record"), QStringLiteral("--set"), QStringLiteral("printType=1")}), 4, QStringLiteral("printType: its control is disabled")},
         {"disabled control given the value it has", withPrinter({QStringLiteral("--option"), QStringLiteral("Option2=False"), QStringLiteral("record"), QStringLiteral("--set"), QStringLiteral("printType=0")}), 0, {}},
         {"refused character", withPrinter({QStringLiteral("record"), QStringLiteral("--set"), QStringLiteral("printType=1"), QStringLiteral("--set"), QStringLiteral("password=12a")}), 4, QStringLiteral("password: it refused the character at position 3")},

@@ -13,6 +13,7 @@
 #include <QDialog>
 #include <QDirIterator>
 #include <QGroupBox>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTableWidget>
@@ -94,6 +95,7 @@ TEST(TableName, OnlyAPpdThatNamesATableReplacesTheViewsTable)
         {"localization-plain.ppd", std::nullopt, u"Localizable2"_s},
         {nullptr, std::nullopt, u"Localizable2"_s},
         {"localization-model-code.ppd", u"LocalizableLX-9"_s, u"LocalizableLX-9"_s},
+        {"plugin-hostile-names.ppd", std::nullopt, u"LocalizableLX-9"_s}, // "Localizable/../../…": no table
     };
     BasicPdeView view;
     std::vector<testsupport::Ppd> ppds; // the view borrows each PPD it is given
@@ -106,8 +108,7 @@ TEST(TableName, OnlyAPpdThatNamesATableReplacesTheViewsTable)
     }
 }
 
-// A control class of the panel's own takes the general path, where only a
-// "title" property is translated, and this one has none.
+// A button class of the panel's own is translated like any button.
 class FancyButton : public QPushButton
 {
     Q_OBJECT
@@ -154,12 +155,16 @@ TEST(ControlLocalization, WalkTranslatesLabelsButtonsAndTitlesFromThePpdsTableFi
         {"copiesField", u"部数"_s},        {"passwordField", u"Password"_s}, // read-only; secret
         {"pinField", u"Password"_s},       {"sizeBox", u"用紙の大きさ"_s}, // secret though read-only; model table
         {"collateCheck", u"丁合い"_s},     {"draftRadio", u"下書き"_s}, // on the tab not shown
-        {"applyButton", u"適用する"_s},    {"fancyButton", u"Apply"_s}, // model table; a subclass
+        {"applyButton", u"適用する"_s},    {"fancyButton", u"適用する"_s}, // model table; a subclass
+        {"toolButton", u"丁合い"_s},
         {"serialLabel", u"Serial Number"_s}, // in no table
         {"typedPopup", u"Name"_s},           // editable: the user's text
     };
     for (const auto &[object, expected] : rows)
         EXPECT_EQ(shownText(child(object)), expected) << object;
+    // A field's help texts are translated whatever the field holds.
+    const auto *nameField = qobject_cast<QLineEdit *>(child("nameField"));
+    EXPECT_EQ((QStringList{nameField->toolTip(), nameField->placeholderText()}), (QStringList{u"名前を入力"_s, u"名前を入力"_s}));
     const auto *tabs = qobject_cast<QTabWidget *>(child("tabs"));
     EXPECT_EQ((QStringList{tabs->tabText(0), tabs->tabText(1)}), (QStringList{u"用紙"_s, u"仕上げ"_s}));
     EXPECT_EQ((QStringList{popup->itemText(0), popup->itemText(1), popup->itemText(2)}),

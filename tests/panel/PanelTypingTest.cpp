@@ -11,6 +11,7 @@
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QTest>
+#include <QToolTip>
 
 #include <gtest/gtest.h>
 
@@ -50,17 +51,28 @@ protected:
     Ppd storage;
 };
 
-TEST_F(PanelTyping, FieldsKeepOnlyWhatTheirFormatterAccepts)
+// Each field shows its rule as placeholder and tooltip, and a refused
+// keystroke shows the rule beside the field.
+TEST_F(PanelTyping, FieldsKeepOnlyWhatTheirFormatterAcceptsAndSayWhy)
 {
-    const struct { const char *field; QString typed, shown; } rows[] = {
+    const struct { const char *field; QString typed, shown, rule; } rows[] = {
         // Latin-1 letters in, the euro sign and kanji out, 8 at most.
-        {"userNameTextField", QStringLiteral(u"\u00e9\u20ac\u7530bcdefghij"), QStringLiteral(u"\u00e9bcdefgh")},
+        {"userNameTextField", QStringLiteral(u"\u00e9\u20ac\u7530bcdefghij"), QStringLiteral(u"\u00e9bcdefgh"),
+         QStringLiteral("Up to 8 characters")},
         // Digits only, 12 at most.
-        {"passwordTextField", QStringLiteral("1a 2345678901234"), QStringLiteral("123456789012")},
-        {"docNameTextField", QStringLiteral("Quarterly report"), QStringLiteral("Quarterly re")},
+        {"passwordTextField", QStringLiteral("1a 2345678901234"), QStringLiteral("123456789012"),
+         QStringLiteral("Digits only, up to 12")},
+        {"docNameTextField", QStringLiteral("Quarterly report"), QStringLiteral("Quarterly re"),
+         QStringLiteral("Up to 12 characters")},
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(type(row.field, row.typed)->text(), row.shown) << row.field;
+    for (const auto &row : rows) {
+        QToolTip::hideText();
+        QLineEdit *edit = type(row.field, row.typed);
+        EXPECT_EQ(edit->text(), row.shown) << row.field;
+        EXPECT_EQ((QStringList{edit->placeholderText(), edit->toolTip()}), (QStringList{row.rule, row.rule}));
+        EXPECT_TRUE(QToolTip::isVisible()) << row.field;
+        EXPECT_EQ(QToolTip::text(), row.rule) << row.field;
+    }
     EXPECT_EQ(panel.model->userName(), QVariant(QStringLiteral(u"\u00e9bcdefgh")));
     EXPECT_EQ(panel.model->password(), QVariant(QStringLiteral("123456789012")));
 }

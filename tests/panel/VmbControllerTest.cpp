@@ -35,6 +35,7 @@ TEST(VmbController, EnabledControlsAndCaptionColoursFollowEveryState)
         {"out of range type", true, 7, 2, {1, 1, 0, 1, 1}},
     };
     const QColor text = QApplication::palette().color(QPalette::Active, QPalette::WindowText);
+    const QColor grey = QApplication::palette().color(QPalette::Disabled, QPalette::WindowText);
     const Ppd storage = openFixturePpd("panel-storage-options.ppd");
     ASSERT_TRUE(storage);
     for (const auto &row : rows) {
@@ -52,22 +53,25 @@ TEST(VmbController, EnabledControlsAndCaptionColoursFollowEveryState)
                 continue;
             const QLabel *caption = panel.child<QLabel>(captions[i]);
             EXPECT_EQ(caption->palette().color(QPalette::Active, caption->foregroundRole()),
-                      row.enabled[i] != 0 ? text : QColor(Qt::lightGray))
+                      row.enabled[i] != 0 ? text : grey)
                 << row.name << ", " << captions[i];
         }
     }
 }
 
-TEST(VmbController, StorageComesFromOption2ThenNVHardDisk)
+TEST(VmbController, StorageComesFromOption2ThenNVHardDiskAndANoteSaysWhenThereIsNone)
 {
-    // The choices to mark, or null to keep the default.
-    const struct { const char *ppd, *option2, *nvHardDisk; bool canStore; } rows[] = {
-        {"panel-storage-options.ppd", "8GB", "None", true},
-        {"panel-storage-options.ppd", "False", "True", false},
-        {"panel-harddisk-only.ppd", nullptr, "True", true},
-        {"panel-harddisk-only.ppd", nullptr, "None", false},
-        {"panel-harddisk-only.ppd", nullptr, "False", false},
-        {"panel-no-storage.ppd", nullptr, nullptr, false},
+    // The choices to mark, or null to keep the default; the note shown, if any.
+    const struct { const char *ppd, *option2, *nvHardDisk; bool canStore; QString note; } rows[] = {
+        {"panel-storage-options.ppd", "8GB", "None", true, {}},
+        {"panel-storage-options.ppd", "False", "True", false,
+         QStringLiteral("This printer has no job storage (Hard Disk: Not Installed)")},
+        {"panel-harddisk-only.ppd", nullptr, "True", true, {}},
+        {"panel-harddisk-only.ppd", nullptr, "None", false,
+         QStringLiteral("This printer has no job storage (Storage: Not Installed)")},
+        {"panel-harddisk-only.ppd", nullptr, "False", false,
+         QStringLiteral("This printer has no job storage (Storage: Not Available)")},
+        {"panel-no-storage.ppd", nullptr, nullptr, false, QStringLiteral("This printer has no job storage")},
     };
     for (const auto &row : rows) {
         const Ppd ppd = openFixturePpd(row.ppd);
@@ -86,6 +90,9 @@ TEST(VmbController, StorageComesFromOption2ThenNVHardDisk)
         // The print type follows the capability.
         panel.controller->setPrintType(3);
         EXPECT_EQ(panel.controller->printType(), QVariant(row.canStore ? 3 : 0)) << row.ppd << " " << row.option2 << " " << row.nvHardDisk;
+        panel.controller->localizeView();
+        const QLabel *note = panel.child<QLabel>("storageNoteLabel");
+        EXPECT_EQ(note->isVisibleTo(panel.view) ? note->text() : QString(), row.note) << row.ppd << " " << row.option2;
     }
 }
 

@@ -8,6 +8,9 @@
 #include <QTimeZone>
 
 #include <plist/plist.h>
+#include <sys/stat.h>
+
+#include <vector>
 
 namespace {
 
@@ -30,13 +33,85 @@ const char kInfoXml[] = R"(<?xml version="1.0" encoding="UTF-8"?>
 </dict></plist>
 )";
 
-TEST(Bundle, OpenRefusesWhatIsNotABundle)
+// An XML property list of `depth` arrays in one another.
+QByteArray nestedXml(int depth)
 {
-    TestBundle noInfo, garbage, array;
-    EXPECT_EQ(Bundle::open(noInfo.path() + u"/../Missing.plugin"_s), nullptr);
-    EXPECT_EQ(noInfo.open(), nullptr);
-    EXPECT_EQ(garbage.file(u"Info.plist"_s, "CFBundleIdentifier = org.example.garbage").open(), nullptr);
-    EXPECT_EQ(array.file(u"Info.plist"_s, "<plist version=\"1.0\"><array/></plist>").open(), nullptr);
+    return "<plist version=\"1.0\">" + QByteArray("<array>").repeated(depth) + QByteArray("</array>").repeated(depth)
+           + "</plist>";
+}
+
+// A binary property list whose object i is an array of the objects refs[i]
+// (two-byte offsets and references); object 0 is the top.
+QByteArray binaryArrays(const std::vector<std::vector<int>> &refs)
+{
+    QByteArray list("bplist00");
+    QByteArray offsets;
+    for (const std::vector<int> &array : refs) {
+        offsets += char(list.size() >> 8) + QByteArray(1, char(list.size()));
+        list += char(0xA0 | array.size());
+        for (const int ref : array)
+            list += char(ref >> 8) + QByteArray(1, char(ref));
+    }
+    const qsizetype table = list.size();
+    list += offsets;
+    QByteArray trailer(32, '\0');
+    trailer[6] = 2; // offset size
+    trailer[7] = 2; // reference size
+    trailer[14] = char(refs.size() >> 8);
+    trailer[15] = char(refs.size());
+    trailer[30] = char(table >> 8);
+    trailer[31] = char(table);
+    return list + trailer;
+}
+
+// What cannot be a bundle is refused with the Info.plist and the reason; a
+// hostile one neither crashes, hangs nor fills the memory.
+TEST(Bundle, OpenRefusesWhatIsNotABundleNamingTheFileAndTheReason)
+{
+    std::vector<std::vector<int>> chain(300), doubling(40), itself{{0}};
+    for (int i = 0; i + 1 < 300; ++i)
+        chain[static_cast<std::size_t>(i)] = {i + 1};
+    for (int i = 0; i + 1 < 40; ++i)
+        doubling[static_cast<std::size_t>(i)] = {i + 1, i + 1}; // 2^40 values once read
+    enum Kind { kContent, kNone, kFifo };
+    const struct {
+        const char *name;
+        Kind kind;
+        QByteArray info;
+        QString reason;
+    } rows[] = {
+        {"no Info.plist", kNone, {}, u"does not exist"_s},
+        {"not a property list", kContent, "CFBundleIdentifier = org.example.garbage", u"is not a property list"_s},
+        {"an array", kContent, "<plist version=\"1.0\"><array/></plist>", u"does not hold a dictionary"_s},
+        {"XML nested 50,000 deep", kContent, nestedXml(50000), u"holds more than 10000 arrays and dictionaries"_s},
+        {"XML nested 300 deep", kContent, nestedXml(300), u"nests arrays and dictionaries more than 256 deep"_s},
+        {"binary nested 300 deep", kContent, binaryArrays(chain), u"nests arrays and dictionaries more than 256 deep"_s},
+        {"binary that contains itself", kContent, binaryArrays(itself), u"is a binary property list that contains itself"_s},
+        {"binary that doubles 40 times", kContent, binaryArrays(doubling), u"expands to more than 1048576 values"_s},
+        // {"a\0": "v"}: libplist aborts walking a dictionary with such a key.
+        {"binary with a zero in a key", kContent,
+         QByteArray("bplist00\xD1\x01\x02\x52" "a\0\x51v\x08\x0B\x0E", 19) + QByteArray(6, '\0') + "\x01\x01"
+             + QByteArray(7, '\0') + "\x03" + QByteArray(15, '\0') + "\x10",
+         u"is not a property list"_s},
+        {"larger than 4 MiB", kContent, nestedXml(1) + QByteArray(4 << 20, ' '), u"is larger than 4194304 bytes"_s},
+        {"a FIFO", kFifo, {}, u"is not a regular file"_s},
+    };
+    for (const auto &row : rows) {
+        TestBundle bundle;
+        const QString info = bundle.path() + u"/Contents/Info.plist"_s;
+        if (row.kind == kContent) {
+            bundle.file(u"Info.plist"_s, row.info);
+        } else if (row.kind == kFifo) {
+            ASSERT_EQ(mkfifo(QFile::encodeName(info).constData(), 0600), 0);
+        }
+        const testsupport::MessageRecorder log;
+        QString error;
+        EXPECT_EQ(Bundle::open(bundle.path(), &error), nullptr) << row.name;
+        EXPECT_EQ(error, bundle.path() + u": not a bundle: "_s + QFileInfo(info).absoluteFilePath() + u' ' + row.reason)
+            << row.name;
+        EXPECT_EQ(testsupport::MessageRecorder::messages(), QStringList{u"pde.bundle: "_s + error}) << row.name;
+    }
+    EXPECT_EQ(Bundle::open(TestBundle().path() + u"/../Missing.plugin"_s), nullptr);
 }
 
 TEST(Bundle, XmlAndBinaryInfoReadAlikeAndTheRegistryKnowsBundlesByPath)
@@ -138,34 +213,64 @@ TEST(Bundle, LookupTakesPreferredLanguagesThenDevelopmentRegionThenBaseThenValue
         {u"Nope"_s, QString(), none, u"Nope"_s},
         {u"Print"_s, none, u"Localizable2"_s, u"印刷 2"_s},
         {u"Cancel"_s, none, u"Localizable2"_s, u"Cancel"_s}, // a named table alone
+        {u"Print"_s, none, u"../ja.lproj/Localizable"_s, u"Print"_s}, // a name that is not plain names none
     };
     for (const auto &row : rows)
         EXPECT_EQ(opened->localizedStringForKey(row.key, row.value, row.table), row.expected) << qPrintable(row.key);
 }
 
 // A panel looks texts up many times; its tables are read on the first
-// lookup and a broken one is reported then, not on every lookup, nor again
-// when the language list is set anew.
-TEST(Bundle, EachTableIsReadOnceAndABrokenOneReportedOnce)
+// lookup and a broken or unreadable one is reported then (naming the file
+// and the reason), not on every lookup, nor again when the language list is
+// set anew. A FIFO or a device as a table neither hangs nor fills memory.
+TEST(Bundle, EachTableIsReadOnceAndABrokenOrUnreadableOneReportedOnce)
 {
-    TestBundle bundle;
-    bundle.info({}).strings(u"en"_s, u"Localizable"_s, u"\"a\" = \"1\";\n\"b\" = ;\n"_s);
-    const Bundle *opened = bundle.open();
-    ASSERT_NE(opened, nullptr);
-    const testsupport::MessageRecorder log;
-    for (int round = 0; round < 2; ++round) {
-        const LanguagesGuard languages({u"en"_s});
-        for (int i = 0; i < 10; ++i) {
-            for (const std::optional<QString> &table : {std::optional<QString>(), std::optional(u"Localizable"_s)}) {
-                EXPECT_EQ(opened->localizedStringForKey(u"a"_s, {}, table), u"1"_s);
-                EXPECT_EQ(opened->localizedStringForKey(u"b"_s, {}, table), u"b"_s);
-            }
+    enum Kind { kContent, kFifo, kDevice };
+    const struct {
+        const char *name;
+        Kind kind;
+        QByteArray table;
+        QString a;      // what "a" reads as
+        QString reason; // in the one message
+    } rows[] = {
+        {"malformed", kContent, "\"a\" = \"1\";\n\"b\" = ;\n", u"1"_s, u":2: "_s},
+        {"a FIFO", kFifo, {}, u"a"_s, u": is not a regular file; the table is not used"_s},
+        {"a link to /dev/zero", kDevice, {}, u"a"_s, u": is not a regular file; the table is not used"_s},
+        {"larger than 4 MiB", kContent, "\"a\" = \"1\";" + QByteArray(4 << 20, ' '), u"a"_s,
+         u": is larger than 4194304 bytes; the table is not used"_s},
+    };
+    for (const auto &row : rows) {
+        TestBundle bundle;
+        bundle.info({}).strings(u"en"_s, u"Localizable"_s, QString());
+        const QString table = bundle.path() + u"/Contents/Resources/en.lproj/Localizable.strings"_s;
+        QFile::remove(table);
+        if (row.kind == kContent) {
+            bundle.resource(u"en.lproj/Localizable.strings"_s, row.table);
+        } else if (row.kind == kFifo) {
+            ASSERT_EQ(mkfifo(QFile::encodeName(table).constData(), 0600), 0);
+        } else {
+            ASSERT_TRUE(QFile::link(u"/dev/zero"_s, table));
         }
-        // The file changed on disk is not read again.
-        bundle.strings(u"en"_s, u"Localizable"_s, u"\"a\" = \"2\";"_s);
+        const Bundle *opened = bundle.open();
+        ASSERT_NE(opened, nullptr);
+        const testsupport::MessageRecorder log;
+        for (int round = 0; round < 2; ++round) {
+            const LanguagesGuard languages({u"en"_s});
+            for (int i = 0; i < 10; ++i) {
+                for (const std::optional<QString> &name : {std::optional<QString>(), std::optional(u"Localizable"_s)}) {
+                    EXPECT_EQ(opened->localizedStringForKey(u"a"_s, {}, name), row.a) << row.name;
+                    EXPECT_EQ(opened->localizedStringForKey(u"b"_s, {}, name), u"b"_s) << row.name;
+                }
+            }
+            // The file changed on disk is not read again.
+            if (row.kind == kContent)
+                bundle.strings(u"en"_s, u"Localizable"_s, u"\"a\" = \"2\";"_s);
+        }
+        const QStringList &messages = testsupport::MessageRecorder::messages();
+        ASSERT_EQ(messages.size(), 1) << row.name << ": " << qPrintable(messages.join(u'\n'));
+        const QString named = QFileInfo(bundle.path()).canonicalFilePath() + u"/Contents/Resources/en.lproj/Localizable.strings"_s;
+        EXPECT_TRUE(messages.front().startsWith(u"pde.bundle: "_s + named + row.reason)) << qPrintable(messages.front());
     }
-    EXPECT_EQ(testsupport::MessageRecorder::messages().size(), 1)
-        << qPrintable(testsupport::MessageRecorder::messages().join(u'\n'));
 }
 
 TEST(Bundle, InfoDictionaryLocalizedByInfoPlistStrings)

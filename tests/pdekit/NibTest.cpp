@@ -14,6 +14,8 @@
 #include <QPushButton>
 #include <QTest>
 
+#include <sys/stat.h>
+
 namespace {
 
 using namespace Qt::StringLiterals;
@@ -217,12 +219,25 @@ TEST(NibLoad, PixmapsAreReadFromTheNibsFolder)
 TEST(NibLoad, FailureKeepsNothingAndLeavesTheOwnerAsItWas)
 {
     const Extra failingBinding{u"nibBindings"_s, u"nameLabel.text <-> model.name"_s};
+    const QByteArray deep = panelUi().replace("<item><widget class=\"QLabel\"",
+                                              QByteArray("<item><widget class=\"QWidget\"><layout class=\"QVBoxLayout\">").repeated(100)
+                                                  + QByteArray("</layout></widget></item>").repeated(100)
+                                                  + "<item><widget class=\"QLabel\"");
     const struct {
         const char *name;
         QByteArray ui;
         QString nib = u"Panel"_s;
+        bool fifo = false;
+        QString logged = {}; // a part of the message, after the nib's path
     } rows[] = {
         {"nib missing", panelUi(), u"Absent"_s},
+        // Names and files that must not reach the loader.
+        {"name that leaves the resources", panelUi(), u"../Resources/Panel"_s, false,
+         u" is not a plain name inside the bundle's resources"_s},
+        {"nested deeper than the loader may go", deep, u"Panel"_s, false, u"Panel.ui: nests elements more than 256 deep"_s},
+        {"a FIFO", {}, u"Panel"_s, true, u"no nib named Panel"_s}, // not taken for a file
+        {"larger than 4 MiB", panelUi() + QByteArray(4 << 20, ' '), u"Panel"_s, false,
+         u"Panel.ui: is larger than 4194304 bytes"_s},
         {"not XML", "this is not a ui file"},
         {"unknown class", panelUi({{u"nibObjects"_s, u"Missing missing"_s}})},
         {"outlet of the wrong type", panelUi({{u"nibOutlets"_s, u"controller.model = controller"_s}})},
@@ -241,7 +256,17 @@ TEST(NibLoad, FailureKeepsNothingAndLeavesTheOwnerAsItWas)
         Owner owner;
         pde::Nib::TopLevelObjects objects;
         nibtest::made.clear();
-        EXPECT_FALSE(pde::Nib::load(*panelBundle(files, row.ui), row.nib, &owner, &objects)) << row.name;
+        pde::Bundle *bundle = panelBundle(files, row.ui);
+        if (row.fifo) {
+            const QByteArray ui = QFile::encodeName(bundle->resourcePath() + u"/Panel.ui"_s);
+            ASSERT_TRUE(QFile::remove(QString::fromUtf8(ui)) && mkfifo(ui.constData(), 0600) == 0);
+        }
+        const testsupport::MessageRecorder log;
+        EXPECT_FALSE(pde::Nib::load(*bundle, row.nib, &owner, &objects)) << row.name;
+        if (!row.logged.isEmpty()) {
+            EXPECT_EQ(testsupport::MessageRecorder::messages().filter(row.logged).size(), 1)
+                << row.name << ": " << qPrintable(testsupport::MessageRecorder::messages().join(u'\n'));
+        }
         EXPECT_TRUE(objects.empty()) << row.name;
         EXPECT_EQ(owner.controller, nullptr) << row.name;
         EXPECT_TRUE(owner.children().isEmpty()) << row.name;

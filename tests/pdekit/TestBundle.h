@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Bundle folders made in a temporary folder, the preferred languages set for
-// one test, the log recorded for one test, and readable Qt values in
-// GoogleTest's failure messages.
+// one test, and readable Qt values in GoogleTest's failure messages.
 #pragma once
 
+#include "MessageRecorder.h"
 #include "pdekit/Bundle.h"
 #include "pdekit/PreferredLanguages.h"
 
@@ -43,35 +43,6 @@ namespace testsupport {
 struct LanguagesGuard {
     explicit LanguagesGuard(const QStringList &languages) { pde::setPreferredLanguages(languages); }
     ~LanguagesGuard() { pde::setPreferredLanguages(std::nullopt); }
-};
-
-// Records the messages logged while it lives, as "category: text". A message
-// handler is a plain function, so the list is process-wide.
-class MessageRecorder
-{
-public:
-    MessageRecorder()
-    {
-        messages().clear();
-        m_previous = qInstallMessageHandler(&record);
-    }
-    ~MessageRecorder() { qInstallMessageHandler(m_previous); }
-    MessageRecorder(const MessageRecorder &) = delete;
-    MessageRecorder &operator=(const MessageRecorder &) = delete;
-
-    static QStringList &messages()
-    {
-        static QStringList recorded;
-        return recorded;
-    }
-
-private:
-    static void record(QtMsgType, const QMessageLogContext &context, const QString &text)
-    {
-        messages().append(QString::fromUtf8(context.category) + QStringLiteral(": ") + text);
-    }
-
-    QtMessageHandler m_previous = nullptr;
 };
 
 class TestBundle

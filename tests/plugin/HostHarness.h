@@ -158,14 +158,42 @@ inline std::unique_ptr<pde::PDEPanel> restoredPanel(Callback &callback, const QS
     return panel;
 }
 
+// What the controls show: the job type and document name type pop-ups'
+// items and the text fields that are enabled, as "1|1|user,password,name".
+inline QString shownState(const QWidget *view)
+{
+    QStringList enabled;
+    for (const auto &[name, shortName] : {std::pair{"userNameTextField", "user"},
+                                          std::pair{"passwordTextField", "password"},
+                                          std::pair{"docNameTextField", "name"}}) {
+        if (view->findChild<QLineEdit *>(QString::fromLatin1(name))->isEnabled())
+            enabled.append(QString::fromLatin1(shortName));
+    }
+    return u"%1|%2|%3"_s.arg(view->findChild<QComboBox *>(u"jobTypePopUp"_s)->currentIndex())
+        .arg(view->findChild<QComboBox *>(u"documentNameTypePopUp"_s)->currentIndex())
+        .arg(enabled.join(u','));
+}
+
+// The summary's lines, "Title: value" in display order, joined by '|'.
+inline QString summaryLines(pde::PDEPanel &panel)
+{
+    const std::optional<pde::SummaryInfo> summary = panel.summaryInfo();
+    if (!summary)
+        return u"<none>"_s;
+    QStringList lines;
+    for (const QString &title : summary->value(QString(pde::kSummaryDisplayOrderKey)).toStringList())
+        lines.append(title + u": "_s + summary->value(title).toString());
+    return lines.join(u'|');
+}
+
 // What a user enters in the panel's controls; a field left nullopt is not
 // touched.
 struct Entry {
-    std::optional<int> jobType; // index in the job type pop-up
-    std::optional<QString> userName;
-    std::optional<QString> password;
-    std::optional<int> documentNameType; // index in the document name pop-up
-    std::optional<QString> documentName;
+    std::optional<int> jobType = {}; // index in the job type pop-up
+    std::optional<QString> userName = {};
+    std::optional<QString> password = {};
+    std::optional<int> documentNameType = {}; // index in the document name pop-up
+    std::optional<QString> documentName = {};
 };
 
 // Enters the values with the keyboard, as a user would: pop-up items by

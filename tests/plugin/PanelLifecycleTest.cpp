@@ -3,6 +3,7 @@
 // title and kind, the view made once, help, and two copies of the bundle in
 // one process.
 #include "HostHarness.h"
+#include "MessageRecorder.h"
 
 #include "pdekit/Bundle.h"
 #include "pdekit/PreferredLanguages.h"
@@ -69,16 +70,53 @@ TEST(Panel, ANibThePPDNamesButTheBundleLacksGivesNoViewAndIsTriedAgain)
     panel->willShow(); // does nothing without a view
 }
 
-TEST(Panel, AHostMayKeepTheViewInItsDialogWhenItLetsThePanelGo)
+// A nib or table name from the PPD that would lead out of the bundle's
+// resources gives the default nib and table, and says so once each; control
+// characters in it do not reach the log as they are.
+TEST(Panel, NamesFromThePpdThatLeaveTheBundleGiveTheDefaults)
 {
-    Callback callback;
-    std::unique_ptr<pde::PDEPanel> panel = printPanel(loadFactory(), &callback);
-    QWidget dialog;
+    const testsupport::MessageRecorder log;
+    pde::setPreferredLanguages(QStringList{u"en"_s});
+    Callback callback("plugin-hostile-names.ppd");
+    const std::unique_ptr<pde::PDEPanel> panel = printPanel(loadFactory(), &callback);
+    EXPECT_EQ(panel->panelName(), u"Job Type"_s);
     QWidget *view = panel->panelView();
     ASSERT_NE(view, nullptr);
-    view->setParent(&dialog);
-    panel.reset(); // takes its view back and deletes it
-    EXPECT_TRUE(dialog.findChildren<QWidget *>().isEmpty());
+    EXPECT_EQ(view->findChild<QLineEdit *>(u"passwordTextField"_s)->echoMode(), QLineEdit::Password);
+    pde::setPreferredLanguages(std::nullopt);
+    const QStringList refused = testsupport::MessageRecorder::messages().filter(u"JobTypeQTRN."_s);
+    ASSERT_EQ(refused.size(), 2) << qPrintable(refused.join(u'\n'));
+    EXPECT_TRUE(refused[0].contains(u"NVLocalizableFileIndex \"/../../../../tmp/evil\""_s)) << qPrintable(refused[0]);
+    EXPECT_TRUE(refused[1].contains(u"NVJobTypeNibName \"../../../../tmp/evil\\u001B[2J\""_s)) << qPrintable(refused[1]);
+    EXPECT_FALSE(refused.join(QString()).contains(QChar(0x1b)));
+}
+
+// Whichever goes first, the panel or the host's dialog holding the view,
+// nothing is used after it was freed or freed twice (run under ASan).
+TEST(Panel, TheHostsDialogAndThePanelMayGoInEitherOrder)
+{
+    for (const bool dialogFirst : {false, true}) {
+        Callback callback("plugin-allow-null-True.ppd");
+        std::unique_ptr<pde::PDEPanel> panel = printPanel(loadFactory(), &callback);
+        auto dialog = std::make_unique<QWidget>();
+        QWidget *view = panel->panelView();
+        ASSERT_NE(view, nullptr);
+        view->setParent(dialog.get());
+        enter(view, {1, u"taro"_s, u"12"_s, {}, {}});
+        if (dialogFirst) {
+            dialog.reset();
+            EXPECT_EQ(panel->panelView(), nullptr);
+            EXPECT_TRUE(panel->saveValuesAndReturnError(nullptr)) << "the values outlive the view";
+            EXPECT_EQ(callback.settings.value(recordKey("PrintTypeUserName")), QVariant(u"taro"_s));
+            panel->willShow();
+            panel->summaryInfo();
+            panel.reset();
+        } else {
+            panel.reset(); // takes its view out of the dialog and deletes it
+            EXPECT_TRUE(dialog->findChildren<QWidget *>().isEmpty());
+            dialog.reset();
+        }
+    }
 }
 
 TEST(Bundles, TwoCopiesUnderOtherIdentifiersWorkSideBySideAndAFactoryKeepsItsFirstBundle)

@@ -87,8 +87,12 @@ TEST(PrinterLanguageEncoding, StoredFormCallsGiveResultAndExactMessage)
         {kEncode, E::UTF8, std::nullopt, std::nullopt},
         {kEncode, E::ISOLatin1, QStringLiteral("日本"), std::nullopt, kEncodeFailed},
         {kEncode, E::UTF8, QStringLiteral("a") + QChar(0xD800), std::nullopt, kEncodeFailed},
-        // The overline (and the yen sign) would share 0x7E (0x5C) with ASCII.
-        {kEncode, E::ShiftJIS_X0213, QStringLiteral("a‾"), std::nullopt, kEncodeFailed},
+        // The printer prints 0x5C and 0x7E as yen sign and overline: those
+        // are their bytes, read back as backslash and tilde.
+        {kEncode, E::ShiftJIS_X0213, QStringLiteral("¥1‾"), QStringLiteral("/92/49/126")},
+        {kDecode, E::ShiftJIS_X0213, QStringLiteral("/92/49/126"), QStringLiteral("\\1~")},
+        {kBoth, E::ShiftJIS_X0213, QStringLiteral("a‾"), QStringLiteral("a‾")}, // 0x7E is not significant
+        {kEncode, E::ShiftJIS_X0213, QStringLiteral("aµ"), std::nullopt, kEncodeFailed},
         {kEncode, E::ISOLatin1, QString(255, u'a') + u',', std::nullopt, kEncodeFailed},
         {kEncode, E::UTF8, QString(128, u'é'), std::nullopt, kEncodeFailed},
     };
@@ -102,6 +106,9 @@ TEST(PrinterLanguageEncoding, StoredFormCallsGiveResultAndExactMessage)
             EXPECT_EQ(jt::CopyDecodedString(row.out, row.encoding), row.in);
         }
         EXPECT_EQ(testing::internal::GetCapturedStderr(), row.message);
+        if (row.op != kDecode && row.in) {
+            EXPECT_EQ(jt::CanStoreText(*row.in, row.encoding), row.out.has_value());
+        }
     }
 }
 
