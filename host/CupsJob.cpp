@@ -2,6 +2,7 @@
 // Job submission through the CUPS destination API.
 #include "host/CupsJob.h"
 
+#include "host/JobAttributes.h"
 #include "host/SchedulerConnection.h"
 
 #include <QFile>
@@ -41,6 +42,16 @@ std::variant<int, QString> submitJob(cups_dest_t *destination, const QStringList
         options.setValue(name, value);
     if (!options.contains(QStringLiteral("job-hold-until")))
         options.setValue(QStringLiteral("job-hold-until"), QStringLiteral("no-hold"));
+    // Extensions' entries are written into the job before its first
+    // document, as single strings: the destination API would read a value
+    // that starts with "{" as a collection.
+    Options entries;
+    for (const QString &key : options.keys()) {
+        if (isExtensionKey(key)) {
+            entries.append({key, pde::PrintSettings::optionText(*options.value(key))});
+            options.remove(key);
+        }
+    }
     const pde::CupsOptions cups = options.toCupsOptions();
 
     QString error;
@@ -65,6 +76,8 @@ std::variant<int, QString> submitJob(cups_dest_t *destination, const QStringList
             return QStringLiteral("%1; job %2 was cancelled").arg(problem).arg(job);
         return QStringLiteral("%1; job %2 could not be cancelled: %3").arg(problem).arg(job).arg(connection->lastError());
     };
+    if (!setJobOptions(*connection, job, entries, &error))
+        return cancelled(QStringLiteral("%1: the job's settings cannot be written: %2").arg(printer, error));
     for (qsizetype i = 0; i < files.size(); ++i) {
         QFile file(files[i]);
         if (!file.open(QIODevice::ReadOnly))

@@ -238,20 +238,11 @@ Options changedEntries(const pde::PrintSettings &before, const pde::PrintSetting
 
 bool releaseWithEntries(SchedulerConnection &scheduler, int id, const Options &entries, QString *error)
 {
-    if (!entries.isEmpty()) {
-        pde::PrintSettings settings;
-        for (const auto &[key, value] : entries)
-            settings.setValue(key, value);
-        const pde::CupsOptions options = settings.toCupsOptions();
-        Ipp request = newIppRequest(IPP_OP_SET_JOB_ATTRIBUTES, {}, id);
-        addJobOptions(request.get(), options.count(), options.data());
-        QString reason;
-        if (!sendIppRequest(scheduler, std::move(request), "/jobs/", &reason)) {
-            *error = QStringLiteral("job %1: the panels' settings cannot be written: %2").arg(id).arg(reason);
-            return false;
-        }
-    }
     QString reason;
+    if (!setJobOptions(scheduler, id, entries, &reason)) {
+        *error = QStringLiteral("job %1: the panels' settings cannot be written: %2").arg(id).arg(reason);
+        return false;
+    }
     if (!sendIppRequest(scheduler, newIppRequest(IPP_OP_RELEASE_JOB, {}, id), "/jobs/", &reason)) {
         *error = QStringLiteral("job %1 cannot be released: %2").arg(id).arg(reason);
         return false;

@@ -2,6 +2,9 @@
 // Job options as job attributes of an IPP request.
 #pragma once
 
+#include "host/PrinterSession.h"
+#include "host/SchedulerConnection.h"
+
 #include <cups/cups.h>
 
 namespace pdehost {
@@ -13,5 +16,14 @@ namespace pdehost {
 // is, because libcups would read a leading "{" as a collection and split
 // the text at commas.
 void addJobOptions(ipp_t *request, int count, cups_option_t *options);
+
+// Whether an option is an extension's print-settings key (a reverse-DNS
+// name) rather than an IPP attribute or PPD option.
+bool isExtensionKey(const QString &name);
+
+// Writes `entries` into job `id` (Set-Job-Attributes, encoded as above).
+// Returns false and sets `error` with the scheduler's reason when it is
+// refused; true at once when there are none.
+bool setJobOptions(SchedulerConnection &scheduler, int id, const Options &entries, QString *error);
 
 } // namespace pdehost

@@ -27,6 +27,8 @@ TEST_F(EndToEnd, PdeHostPrintDeliversTheRecordByteForByte)
          {QStringLiteral("printType=2"), QStringLiteral("userName=x/y"), QStringLiteral("documentNameType=0")}, {}, {}},
         {"public with accents and a backslash",
          {QStringLiteral("printType=3"), QStringLiteral(u"userName=caf\u00e9"), QStringLiteral("documentName=a'b\\c")}, {}, {}},
+        {"a name in braces, not a collection",
+         {QStringLiteral("printType=3"), QStringLiteral("userName=a\"b"), QStringLiteral("documentName={draft}")}, {}, {}},
         {"second secure kind from saved settings", {QStringLiteral("userName=u")}, "1357",
          QStringLiteral(R"({"com.norvanta.qs.o.print.printsettings.PrintType": "5"})")},
     };
