@@ -138,6 +138,90 @@ the job could not be had.</source>
     </message>
 </context>
 <context>
+    <name>pdehost::HeldJobWindow</name>
+    <message>
+        <source>Print “%1” on %2</source>
+        <translation>“%1” を %2 で印刷</translation>
+    </message>
+    <message>
+        <source>“%1” waits on %2 until you print it.</source>
+        <translation>“%1” は印刷の指示があるまで %2 で待機しています。</translation>
+    </message>
+    <message>
+        <source>Some of the printer&apos;s panels cannot be shown:
+%1</source>
+        <translation>プリンタのパネルの一部を表示できません:
+%1</translation>
+    </message>
+    <message>
+        <source>the printer calls for no panel</source>
+        <translation>このプリンタはパネルを必要としません</translation>
+    </message>
+    <message>
+        <source>The printer&apos;s panels cannot be shown, so the job stays held until they can be or you cancel it.
+
+%1</source>
+        <translation>プリンタのパネルを表示できないため、表示できるようになるか、ジョブを取り消すまで、ジョブは保留されたままです。
+
+%1</translation>
+    </message>
+    <message>
+        <source>Setting</source>
+        <translation>設定</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>値</translation>
+    </message>
+    <message>
+        <source>Summary</source>
+        <translation>概要</translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation>印刷</translation>
+    </message>
+    <message>
+        <source>Keep Held</source>
+        <translation>保留のまま</translation>
+    </message>
+    <message>
+        <source>Cancel Job</source>
+        <translation>ジョブを取り消す</translation>
+    </message>
+    <message>
+        <source>“%1” on %2 no longer waits: %3.</source>
+        <translation>%2 の “%1” は待機していません: %3。</translation>
+    </message>
+</context>
+<context>
+    <name>pdehost::JobFate</name>
+    <message>
+        <source>it is held</source>
+        <translation>保留されています</translation>
+    </message>
+    <message>
+        <source>it was released</source>
+        <translation>解放されました</translation>
+    </message>
+    <message>
+        <source>it was cancelled</source>
+        <translation>取り消されました</translation>
+    </message>
+    <message>
+        <source>the scheduler aborted it</source>
+        <translation>スケジューラが中止しました</translation>
+    </message>
+    <message>
+        <source>it was printed</source>
+        <translation>印刷されました</translation>
+    </message>
+    <message>
+        <source>it no longer exists</source>
+        <translation>存在しません</translation>
+    </message>
+</context>
+<context>
     <name>pdehost::LpOptions</name>
     <message>
         <source>%1: cannot be read: %2</source>
@@ -244,10 +328,6 @@ the job could not be had.</source>
     <message>
         <source>%1: not a PPD file: %2 (line %3)</source>
         <translation>%1: PPD ファイルではありません: %2（%3 行目）</translation>
-    </message>
-    <message>
-        <source>%1: no such printer: %2</source>
-        <translation>%1: そのようなプリンタはありません: %2</translation>
     </message>
     <message>
         <source>%1: no such printer</source>
