@@ -4,14 +4,13 @@
 
 #include "host/HostLogging.h"
 #include "host/PrinterPanels.h"
+#include "host/SummaryView.h"
 
 #include <QDialogButtonBox>
-#include <QHeaderView>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTabWidget>
-#include <QTreeWidget>
 #include <QVBoxLayout>
 
 namespace pdehost {
@@ -69,11 +68,7 @@ HeldJobWindow::HeldJobWindow(const HeldJob &job, const QStringList &explicitBund
         }
         m_summaryTab = new QWidget;
         auto *summaryLayout = new QVBoxLayout(m_summaryTab);
-        m_summary = new QTreeWidget(m_summaryTab);
-        m_summary->setColumnCount(2);
-        m_summary->setHeaderLabels({tr("Setting"), tr("Value")});
-        m_summary->setRootIsDecorated(false);
-        m_summary->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+        m_summary = new SummaryView(m_summaryTab);
         summaryLayout->addWidget(m_summary);
         m_tabs->addTab(m_summaryTab, tr("Summary"));
         connect(m_tabs, &QTabWidget::currentChanged, this, [this](int index) {
@@ -109,11 +104,7 @@ HeldJobWindow::~HeldJobWindow()
 
 void HeldJobWindow::refreshSummary()
 {
-    m_summary->clear();
-    for (const QString &line : m_panels->summaryLines()) {
-        const qsizetype colon = line.indexOf(QStringLiteral(": "));
-        new QTreeWidgetItem(m_summary, {line.left(colon), line.mid(colon + 2)});
-    }
+    m_summary->showLines(m_panels->summaryLines());
 }
 
 void HeldJobWindow::report(const QString &what)

@@ -14,9 +14,10 @@
 
 class QPushButton;
 class QTabWidget;
-class QTreeWidget;
 
 namespace pdehost {
+
+class SummaryView;
 
 class PrinterPanels;
 
@@ -59,7 +60,7 @@ private:
     std::unique_ptr<pde::PrintSettings> m_jobSettings;
     QTabWidget *m_tabs = nullptr;
     QWidget *m_summaryTab = nullptr;
-    QTreeWidget *m_summary = nullptr;
+    SummaryView *m_summary = nullptr;
     QPushButton *m_print = nullptr;
     QPushButton *m_keepHeld = nullptr;
     QPushButton *m_cancelJob = nullptr;

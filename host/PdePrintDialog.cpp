@@ -5,6 +5,7 @@
 #include "host/DialogJobOptions.h"
 #include "host/PdfFileOutput.h"
 #include "host/PrinterPanels.h"
+#include "host/SummaryView.h"
 
 #include <QAbstractButton>
 #include <QCheckBox>
@@ -12,7 +13,6 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
@@ -24,7 +24,6 @@
 #include <QSpinBox>
 #include <QTabBar>
 #include <QTabWidget>
-#include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -39,11 +38,7 @@ PdePrintDialog::PdePrintDialog(QPrinter *printer, std::unique_ptr<PrinterPanels>
     m_summaryTab = new QWidget;
     m_summaryTab->setWindowTitle(tr("Summary"));
     auto *summaryLayout = new QVBoxLayout(m_summaryTab);
-    m_summary = new QTreeWidget(m_summaryTab);
-    m_summary->setColumnCount(2);
-    m_summary->setHeaderLabels({tr("Setting"), tr("Value")});
-    m_summary->setRootIsDecorated(false);
-    m_summary->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_summary = new SummaryView(m_summaryTab);
     summaryLayout->addWidget(m_summary);
     m_status = new QLabel(m_summaryTab);
     m_status->setWordWrap(true);
@@ -288,11 +283,7 @@ QStringList PdePrintDialog::summaryLines()
 
 void PdePrintDialog::refreshSummary()
 {
-    m_summary->clear();
-    for (const QString &text : summaryLines()) {
-        const qsizetype colon = text.indexOf(QStringLiteral(": "));
-        new QTreeWidgetItem(m_summary, {text.left(colon), text.mid(colon + 2)});
-    }
+    m_summary->showLines(summaryLines());
 }
 
 void PdePrintDialog::clearSavedDefaults()

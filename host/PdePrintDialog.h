@@ -17,9 +17,10 @@ class QImage;
 class QLabel;
 class QPushButton;
 class QTabWidget;
-class QTreeWidget;
 
 namespace pdehost {
+
+class SummaryView;
 
 class PrinterPanels;
 
@@ -96,7 +97,7 @@ private:
     QTabWidget *m_tabs = nullptr;
     QList<QWidget *> m_panelTabs;
     QWidget *m_summaryTab = nullptr;
-    QTreeWidget *m_summary = nullptr;
+    SummaryView *m_summary = nullptr;
     QLabel *m_status = nullptr;
     QPushButton *m_clearDefaults = nullptr;
     QCheckBox *m_saveDefaults = nullptr;

@@ -166,14 +166,6 @@ the job could not be had.</source>
 %1</translation>
     </message>
     <message>
-        <source>Setting</source>
-        <translation>設定</translation>
-    </message>
-    <message>
-        <source>Value</source>
-        <translation>値</translation>
-    </message>
-    <message>
         <source>Summary</source>
         <translation>概要</translation>
     </message>
@@ -241,14 +233,6 @@ the job could not be had.</source>
     <message>
         <source>Summary</source>
         <translation>概要</translation>
-    </message>
-    <message>
-        <source>Setting</source>
-        <translation>設定</translation>
-    </message>
-    <message>
-        <source>Value</source>
-        <translation>値</translation>
     </message>
     <message>
         <source>Clear Saved Settings</source>
@@ -344,6 +328,17 @@ the job could not be had.</source>
     <message>
         <source>no printer to clear defaults for (a PPD file was given)</source>
         <translation>デフォルトを消去するプリンタがありません（PPD ファイルが指定されています）</translation>
+    </message>
+</context>
+<context>
+    <name>pdehost::SummaryView</name>
+    <message>
+        <source>Setting</source>
+        <translation>設定</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>値</translation>
     </message>
 </context>
 </TS>
