@@ -1,86 +1,56 @@
 // SPDX-License-Identifier: MIT
-// The model-specific table over the default one, how a PPD names it, and one
-// walk over a panel loaded from a .ui file, in Japanese.
+// The model-specific table over the default one, how a PPD names it, one walk
+// over a panel loaded from a .ui file in Japanese, and controls filled from
+// the options of a fixture PPD and found again by keyword.
 #include "FixturePpd.h"
+#include "TestBundle.h"
 
 #include "localization/BasicPdeView.h"
 #include "localization/LocalizedString.h"
-#include "pdekit/Bundle.h"
 #include "pdekit/Nib.h"
-#include "pdekit/PreferredLanguages.h"
 
 #include <QComboBox>
 #include <QDialog>
-#include <QDirIterator>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTableWidget>
-#include <QTemporaryDir>
 
-#include <gtest/gtest.h>
-
-static void PrintTo(const QString &text, std::ostream *out)
-{
-    *out << '"' << text.toStdString() << '"';
-}
+#include <tuple>
 
 namespace {
 
 using namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN;
 using namespace Qt::StringLiterals;
 
-// A fresh copy of the checked-in Localization.plugin, read in Japanese while
-// the copy lives. Bundles are registered by path for the life of the
-// process, so each copy is a new bundle whose class registry no earlier test
-// has filled.
-class TestBundle
+// The checked-in Localization.plugin ("en" is its development region), read
+// in Japanese while the guard lives.
+pde::Bundle *localizationBundle()
 {
-public:
-    TestBundle()
-    {
-        const QString source = QStringLiteral(LOCALIZATION_TEST_DIR);
-        QDirIterator files(source + u"/Localization.plugin"_s, QDir::Files, QDirIterator::Subdirectories);
-        while (files.hasNext()) {
-            const QString from = files.next();
-            const QString to = m_dir.path() + from.mid(source.size());
-            // A test without its bundle cannot mean anything.
-            if (!QDir().mkpath(QFileInfo(to).absolutePath()) || !QFile::copy(from, to))
-                std::abort();
-        }
-        pde::setPreferredLanguages(QStringList{u"ja"_s}); // "en" is the development region
-    }
-    // The language list is process-wide: the environment's comes back.
-    ~TestBundle() { pde::setPreferredLanguages(std::nullopt); }
-
-    pde::Bundle *open() const { return pde::Bundle::open(m_dir.path() + u"/Localization.plugin"_s); }
-
-private:
-    QTemporaryDir m_dir;
-};
+    return pde::Bundle::open(QStringLiteral(LOCALIZATION_TEST_DIR "/Localization.plugin"));
+}
 
 TEST(LocalizedString, ModelTableComesFirstAndOnlyAKeysSpellingFallsBack)
 {
-    const TestBundle files;
-    const pde::Bundle *bundle = files.open();
+    const testsupport::LanguagesGuard languages({u"ja"_s});
+    const pde::Bundle *bundle = localizationBundle();
     ASSERT_NE(bundle, nullptr);
-    const QString model = u"Localizable2"_s;
-    const struct {
-        const char *name;
-        QString key;
-        std::optional<QString> value, table;
-        QString expected;
-    } rows[] = {
-        {"model table in English over the default in Japanese", u"ModelInEnglish"_s, {}, model, u"Model in English"_s},
-        {"translation spelled like its key", u"SameAsKey"_s, {}, model, u"既定の同綴り"_s},
-        {"translation differing in case only", u"Tray"_s, {}, model, u"TRAY"_s},
-        {"the fallback keeps the value", u"SpelledLikeKeyOnly"_s, u"Fallback"_s, model, u"Fallback"_s},
-        {"a differing value stops the fallback", u"DefaultOnly"_s, u"Fallback"_s, model, u"Fallback"_s},
-        {"no table: one lookup, in the default", u"ModelOnly"_s, {}, std::nullopt, u"ModelOnly"_s},
+    const auto text = [bundle](const QString &key, const std::optional<QString> &value = {}) {
+        return nvktraLocalizedStringForKey(bundle, key, value, u"Localizable2"_s);
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(nvktraLocalizedStringForKey(bundle, row.key, row.value, row.table), row.expected) << row.name;
+    const std::tuple<const char *, std::optional<QString>, QString> rows[] = {
+        {"model table in English over the default in Japanese", text(u"ModelInEnglish"_s), u"Model in English"_s},
+        {"translation spelled like its key", text(u"SameAsKey"_s), u"既定の同綴り"_s},
+        {"translation differing in case only", text(u"Tray"_s), u"TRAY"_s},
+        {"the fallback keeps the value", text(u"SpelledLikeKeyOnly"_s, u"Fallback"_s), u"Fallback"_s},
+        {"a differing value stops the fallback", text(u"DefaultOnly"_s, u"Fallback"_s), u"Fallback"_s},
+        {"no table: one lookup, in the default",
+         nvktraLocalizedStringForKey(bundle, u"ModelOnly"_s, std::nullopt, std::nullopt), u"ModelOnly"_s},
+    };
+    for (const auto &[name, actual, expected] : rows)
+        EXPECT_EQ(actual, expected) << name;
 }
 
 TEST(TableName, OnlyAPpdThatNamesATableReplacesTheViewsTable)
@@ -108,12 +78,20 @@ TEST(TableName, OnlyAPpdThatNamesATableReplacesTheViewsTable)
     }
 }
 
-// A button class of the panel's own is translated like any button.
+// A button class of the panel's own is translated like any button; a pop-up
+// class of its own is not filled from the PPD.
 class FancyButton : public QPushButton
 {
     Q_OBJECT
 public:
     using QPushButton::QPushButton;
+};
+
+class SizePopup : public QComboBox
+{
+    Q_OBJECT
+public:
+    using QComboBox::QComboBox;
 };
 
 // The text a widget shows: a group box's title, a pop-up's current item,
@@ -128,8 +106,8 @@ QString shownText(const QWidget *widget)
 
 TEST(ControlLocalization, WalkTranslatesLabelsButtonsAndTitlesFromThePpdsTableFirst)
 {
-    const TestBundle files;
-    pde::Bundle *bundle = files.open();
+    const testsupport::LanguagesGuard languages({u"ja"_s});
+    pde::Bundle *bundle = localizationBundle();
     ASSERT_NE(bundle, nullptr);
     bundle->classes().registerClass<BasicPdeView>(u"BasicPdeView"_s);
     bundle->classes().registerClass<FancyButton>(u"FancyButton"_s);
@@ -184,12 +162,107 @@ TEST(ControlLocalization, WalkTranslatesLabelsButtonsAndTitlesFromThePpdsTableFi
     view->localizeAllControls();
     view->setParent(nullptr); // the list of top-level objects, not the dialog, deletes the view
     EXPECT_EQ(dialog.windowTitle(), u"印刷オプション"_s);
+}
 
-    // Without a bundle, every text the walk visits is blanked.
-    view->setBundle(nullptr);
-    view->localizeAllControls();
-    EXPECT_EQ(shownText(child("applyButton")), QString());
-    EXPECT_EQ(shownText(child("nameField")), u"Name"_s);
+// A control showing "Old"; a pop-up holds "Old" and "Older".
+template <typename T>
+T *makeOld(QWidget *parent)
+{
+    auto *control = new T(parent);
+    if constexpr (std::is_base_of_v<QComboBox, T>)
+        control->addItems({u"Old"_s, u"Older"_s});
+    else
+        control->setText(u"Old"_s);
+    return control;
+}
+
+// "title=keyword" for each item of a pop-up, the text of another control.
+QStringList contents(const QWidget *control)
+{
+    const auto *popup = qobject_cast<const QComboBox *>(control);
+    if (popup == nullptr)
+        return {control->property("text").toString()};
+    QStringList items;
+    for (int i = 0; i < popup->count(); ++i)
+        items.append(popup->itemText(i) + u'=' + popup->itemData(i).toString());
+    return items;
+}
+
+TEST(PpdControls, PopupsAreFilledInPpdOrderThenSelectedByTextAndForgottenWithTheNextPpd)
+{
+    // Without a PPD nothing binds, so nothing is found or changed by keyword.
+    BasicPdeView view;
+    auto *early = makeOld<QComboBox>(&view);
+    view.localizePPDPopup(early, "PaperFormat");
+    view.setEnabledForPPDKeyword(false, u"PaperFormat"_s);
+    view.setValueForPPDKeyword(u"Older"_s, u"PaperFormat"_s);
+    EXPECT_EQ(contents(early), (QStringList{u"Old="_s, u"Older="_s}));
+    EXPECT_TRUE(early->isEnabled());
+    EXPECT_EQ(early->currentIndex(), 0);
+    EXPECT_EQ(view.ppdKeywordForObject(early), std::nullopt);
+
+    const testsupport::Ppd ppd = testsupport::openFixturePpd("localization-options.ppd");
+    ASSERT_NE(ppd, nullptr);
+    view.setPPD(ppd.get());
+    const QStringList old{u"Old="_s, u"Older="_s};
+    const struct {
+        QWidget *control;
+        const char *keyword;
+        QStringList expected;
+        bool bound;
+    } rows[] = {
+        {makeOld<QComboBox>(&view), "PaperFormat", {u"A4=IsoA4"_s, u"Letter=UsLetter"_s, u"Legal=UsLegal"_s}, true},
+        {makeOld<QComboBox>(&view), "Finish", {u"Matt=Matte"_s, u"Glänzend=Silk"_s}, true}, // the later "Glänzend"
+        {makeOld<QLabel>(&view), "Finish", {u"Oberfläche"_s}, false},
+        {makeOld<QLineEdit>(&view), "PaperFormat", {u"Paper Format"_s}, false},
+        {makeOld<SizePopup>(&view), "PaperFormat", old, false},
+        {makeOld<QComboBox>(&view), "Tray", {}, true},        // no choices: emptied, still bound
+        {makeOld<QComboBox>(&view), "Stapling", old, false}, // no such option
+        {makeOld<QLabel>(&view), "Stapling", {u"Old"_s}, false},
+    };
+    for (const auto &row : rows) {
+        view.localizePPDControl(row.control, row.keyword);
+        EXPECT_EQ(contents(row.control), row.expected) << row.keyword;
+        const std::optional<QString> boundAs = row.bound ? std::optional(QString::fromLatin1(row.keyword)) : std::nullopt;
+        EXPECT_EQ(view.ppdKeywordForObject(row.control), boundAs) << row.keyword;
+    }
+    auto *popup = static_cast<QComboBox *>(rows[0].control);
+    // The first item, not the PPD's default choice (the second): showing that is the caller's business.
+    EXPECT_EQ(popup->currentIndex(), 0);
+
+    const std::tuple<QString, QString, int> selections[] = {
+        {u"Legal"_s, u"PaperFormat"_s, 2},
+        {u"UsLegal"_s, u"PaperFormat"_s, -1}, // the keyword is no title
+        {u"Legal"_s, u"Finish"_s, 1},         // reaches the pop-up bound under Finish only
+    };
+    for (const auto &[value, keyword, expected] : selections) {
+        popup->setCurrentIndex(1);
+        view.setValueForPPDKeyword(value, keyword);
+        EXPECT_EQ(popup->currentIndex(), expected) << qPrintable(value + u' ' + keyword);
+    }
+    // A pop-up bound anew under a keyword takes it over; one pop-up may
+    // stand under two keywords, and each reaches it.
+    auto *other = new QComboBox(&view);
+    view.localizePPDPopup(other, "PaperFormat");
+    view.localizePPDPopup(other, "Finish");
+    EXPECT_TRUE((QStringList{u"PaperFormat"_s, u"Finish"_s}).contains(view.ppdKeywordForObject(other).value_or(QString())));
+    for (const QString &keyword : {u"PaperFormat"_s, u"Finish"_s}) {
+        view.setEnabledForPPDKeyword(false, keyword);
+        EXPECT_EQ((std::pair{popup->isEnabled(), other->isEnabled()}), (std::pair{true, false})) << qPrintable(keyword);
+        view.setEnabledForPPDKeyword(true, keyword);
+        EXPECT_TRUE(other->isEnabled()) << qPrintable(keyword);
+    }
+
+    // Under the address sanitizer, reaching a deleted pop-up fails here.
+    auto *deleted = new QComboBox(&view);
+    view.localizePPDPopup(deleted, "Tray");
+    delete deleted;
+    view.setValueForPPDKeyword(u"Matt"_s, u"Tray"_s);
+
+    view.setPPD(ppd.get());
+    view.setValueForPPDKeyword(u"Legal"_s, u"PaperFormat"_s);
+    EXPECT_EQ(other->currentIndex(), 0);
+    EXPECT_EQ(view.ppdKeywordForObject(other), std::nullopt);
 }
 
 } // namespace

@@ -45,6 +45,8 @@ struct LanguagesGuard {
     ~LanguagesGuard() { pde::setPreferredLanguages(std::nullopt); }
 };
 
+// Bundles are registered by path for the life of the process, so each
+// TestBundle is a new bundle whose class registry no earlier test has filled.
 class TestBundle
 {
 public:
