@@ -192,19 +192,18 @@ TEST(PpdControls, PopupsAreFilledInPpdOrderThenSelectedByTextAndForgottenWithThe
 {
     // Without a PPD nothing binds, so nothing is found or changed by keyword.
     BasicPdeView view;
+    const QStringList old{u"Old="_s, u"Older="_s};
     auto *early = makeOld<QComboBox>(&view);
     view.localizePPDPopup(early, "PaperFormat");
     view.setEnabledForPPDKeyword(false, u"PaperFormat"_s);
     view.setValueForPPDKeyword(u"Older"_s, u"PaperFormat"_s);
-    EXPECT_EQ(contents(early), (QStringList{u"Old="_s, u"Older="_s}));
-    EXPECT_TRUE(early->isEnabled());
-    EXPECT_EQ(early->currentIndex(), 0);
+    EXPECT_EQ(contents(early), old);
+    EXPECT_EQ((std::pair{early->isEnabled(), early->currentIndex()}), (std::pair{true, 0}));
     EXPECT_EQ(view.ppdKeywordForObject(early), std::nullopt);
 
     const testsupport::Ppd ppd = testsupport::openFixturePpd("localization-options.ppd");
     ASSERT_NE(ppd, nullptr);
     view.setPPD(ppd.get());
-    const QStringList old{u"Old="_s, u"Older="_s};
     const struct {
         QWidget *control;
         const char *keyword;
