@@ -94,14 +94,18 @@ public:
     using QComboBox::QComboBox;
 };
 
-// The text a widget shows: a group box's title, a pop-up's current item,
-// the text of a label, field or button.
-QString shownText(const QWidget *widget)
+// What a control shows: a group box's title; a pop-up's items as
+// "title=keyword", after the text typed in an editable one; the text of a
+// label, field or button.
+QStringList shown(const QWidget *control)
 {
-    const char *property = qobject_cast<const QGroupBox *>(widget)   ? "title"
-                           : qobject_cast<const QComboBox *>(widget) ? "currentText"
-                                                                     : "text";
-    return widget->property(property).toString();
+    if (const auto *popup = qobject_cast<const QComboBox *>(control)) {
+        QStringList items = popup->isEditable() ? QStringList{popup->currentText()} : QStringList();
+        for (int i = 0; i < popup->count(); ++i)
+            items.append(popup->itemText(i) + u'=' + popup->itemData(i).toString());
+        return items;
+    }
+    return {control->property(qobject_cast<const QGroupBox *>(control) ? "title" : "text").toString()};
 }
 
 TEST(ControlLocalization, WalkTranslatesLabelsButtonsAndTitlesFromThePpdsTableFirst)
@@ -124,31 +128,27 @@ TEST(ControlLocalization, WalkTranslatesLabelsButtonsAndTitlesFromThePpdsTableFi
     popup->setCurrentIndex(2);
     // An editable combo box is a field: what the user typed over its current
     // item stays, and so do its items.
-    auto *typed = qobject_cast<QComboBox *>(child("typedPopup"));
-    typed->setEditText(u"Name"_s);
+    qobject_cast<QComboBox *>(child("typedPopup"))->setEditText(u"Name"_s);
     view->localizeAllControls();
 
-    const std::pair<const char *, QString> rows[] = {
-        {"nameLabel", u"名前"_s},          {"nameField", u"Name"_s}, // editable: the user's text
-        {"copiesField", u"部数"_s},        {"passwordField", u"Password"_s}, // read-only; secret
-        {"pinField", u"Password"_s},       {"sizeBox", u"用紙の大きさ"_s}, // secret though read-only; model table
-        {"collateCheck", u"丁合い"_s},     {"draftRadio", u"下書き"_s}, // on the tab not shown
-        {"applyButton", u"適用する"_s},    {"fancyButton", u"適用する"_s}, // model table; a subclass
-        {"toolButton", u"丁合い"_s},
-        {"serialLabel", u"Serial Number"_s}, // in no table
-        {"typedPopup", u"Name"_s},           // editable: the user's text
+    const std::pair<const char *, QStringList> rows[] = {
+        {"nameLabel", {u"名前"_s}},         {"nameField", {u"Name"_s}}, // editable: the user's text
+        {"copiesField", {u"部数"_s}},       {"passwordField", {u"Password"_s}}, // read-only; secret
+        {"pinField", {u"Password"_s}},      {"sizeBox", {u"用紙の大きさ"_s}}, // secret though read-only; model table
+        {"collateCheck", {u"丁合い"_s}},    {"draftRadio", {u"下書き"_s}}, // on the tab not shown
+        {"applyButton", {u"適用する"_s}},   {"fancyButton", {u"適用する"_s}}, // model table; a subclass
+        {"toolButton", {u"丁合い"_s}},      {"serialLabel", {u"Serial Number"_s}}, // in no table
+        {"sizePopup", {u"小="_s, u"大="_s, u"特大="_s}},
+        {"typedPopup", {u"Name"_s, u"Small="_s, u"Large="_s}}, // editable: the user's text, and its items
     };
     for (const auto &[object, expected] : rows)
-        EXPECT_EQ(shownText(child(object)), expected) << object;
+        EXPECT_EQ(shown(child(object)), expected) << object;
+    EXPECT_EQ(popup->currentIndex(), 2);
     // A field's help texts are translated whatever the field holds.
     const auto *nameField = qobject_cast<QLineEdit *>(child("nameField"));
     EXPECT_EQ((QStringList{nameField->toolTip(), nameField->placeholderText()}), (QStringList{u"名前を入力"_s, u"名前を入力"_s}));
     const auto *tabs = qobject_cast<QTabWidget *>(child("tabs"));
     EXPECT_EQ((QStringList{tabs->tabText(0), tabs->tabText(1)}), (QStringList{u"用紙"_s, u"仕上げ"_s}));
-    EXPECT_EQ((QStringList{popup->itemText(0), popup->itemText(1), popup->itemText(2)}),
-              (QStringList{u"小"_s, u"大"_s, u"特大"_s}));
-    EXPECT_EQ(popup->currentIndex(), 2);
-    EXPECT_EQ((QStringList{typed->itemText(0), typed->itemText(1)}), (QStringList{u"Small"_s, u"Large"_s}));
     const auto *table = qobject_cast<QTableWidget *>(child("jobTable"));
     EXPECT_EQ((QStringList{table->horizontalHeaderItem(0)->text(), table->horizontalHeaderItem(1)->text(),
                            table->verticalHeaderItem(0)->text(), table->item(0, 0)->text()}),
@@ -176,18 +176,6 @@ T *makeOld(QWidget *parent)
     return control;
 }
 
-// "title=keyword" for each item of a pop-up, the text of another control.
-QStringList contents(const QWidget *control)
-{
-    const auto *popup = qobject_cast<const QComboBox *>(control);
-    if (popup == nullptr)
-        return {control->property("text").toString()};
-    QStringList items;
-    for (int i = 0; i < popup->count(); ++i)
-        items.append(popup->itemText(i) + u'=' + popup->itemData(i).toString());
-    return items;
-}
-
 TEST(PpdControls, PopupsAreFilledInPpdOrderThenSelectedByTextAndForgottenWithTheNextPpd)
 {
     // Without a PPD nothing binds, so nothing is found or changed by keyword.
@@ -197,7 +185,7 @@ TEST(PpdControls, PopupsAreFilledInPpdOrderThenSelectedByTextAndForgottenWithThe
     view.localizePPDPopup(early, "PaperFormat");
     view.setEnabledForPPDKeyword(false, u"PaperFormat"_s);
     view.setValueForPPDKeyword(u"Older"_s, u"PaperFormat"_s);
-    EXPECT_EQ(contents(early), old);
+    EXPECT_EQ(shown(early), old);
     EXPECT_EQ((std::pair{early->isEnabled(), early->currentIndex()}), (std::pair{true, 0}));
     EXPECT_EQ(view.ppdKeywordForObject(early), std::nullopt);
 
@@ -221,7 +209,7 @@ TEST(PpdControls, PopupsAreFilledInPpdOrderThenSelectedByTextAndForgottenWithThe
     };
     for (const auto &row : rows) {
         view.localizePPDControl(row.control, row.keyword);
-        EXPECT_EQ(contents(row.control), row.expected) << row.keyword;
+        EXPECT_EQ(shown(row.control), row.expected) << row.keyword;
         const std::optional<QString> boundAs = row.bound ? std::optional(QString::fromLatin1(row.keyword)) : std::nullopt;
         EXPECT_EQ(view.ppdKeywordForObject(row.control), boundAs) << row.keyword;
     }

@@ -34,13 +34,6 @@ const char kInfoXml[] = R"(<?xml version="1.0" encoding="UTF-8"?>
 </dict></plist>
 )";
 
-// An XML property list of `depth` arrays in one another.
-QByteArray nestedXml(int depth)
-{
-    return "<plist version=\"1.0\">" + QByteArray("<array>").repeated(depth) + QByteArray("</array>").repeated(depth)
-           + "</plist>";
-}
-
 // A binary property list of `count` arrays, two-byte offsets and references:
 // each array but the last holds `width` references to the next one; a single
 // array holds itself.
@@ -65,6 +58,11 @@ QByteArray binaryArrays(int count, int width)
 // hostile one neither crashes, hangs nor fills the memory.
 TEST(Bundle, OpenRefusesWhatIsNotABundleNamingTheFileAndTheReason)
 {
+    // An XML property list of `depth` arrays in one another.
+    const auto nestedXml = [](int depth) {
+        return "<plist version=\"1.0\">" + QByteArray("<array>").repeated(depth) + QByteArray("</array>").repeated(depth)
+               + "</plist>";
+    };
     const struct {
         const char *name;
         std::optional<QByteArray> info; // none: no Info.plist
@@ -143,14 +141,10 @@ TEST(PropertyList, BinaryDatesKeepFractionsOfASecond)
     EXPECT_EQ(pde::propertyListValue(before.get()), QVariant(epoch.addMSecs(-1500)));
 }
 
-// "ja en" -> {"ja", "en"}: keeps the order tables readable.
-QStringList words(const char *text)
-{
-    return QString::fromUtf8(text).split(u' ', Qt::SkipEmptyParts);
-}
-
 TEST(Bundle, LocalizationsInOrderOfTheLanguagesThenTheDevelopmentRegionThenBase)
 {
+    // "ja en" -> {"ja", "en"}: keeps the rows readable.
+    const auto words = [](const char *text) { return QString::fromUtf8(text).split(u' ', Qt::SkipEmptyParts); };
     const struct {
         const char *languages, *folders, *developmentRegion, *expected;
     } rows[] = {
