@@ -10,21 +10,16 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-// Sets a locale variable (null: unset).
-void setVariable(const char *variable, const char *value)
-{
-    if (value != nullptr)
-        qputenv(variable, value);
-    else
-        qunsetenv(variable);
-}
-
 // Qt's UI languages come last and depend on the environment the process
 // started in, so each row names what must come first and what must not
 // appear at all.
 TEST(PreferredLanguages, LanguageListThenTheFirstSetLocaleVariable)
 {
     const std::array<const char *, 4> variables{"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"};
+    // Sets a locale variable (null: unsets it).
+    const auto setVariable = [](const char *variable, const char *value) {
+        return value != nullptr ? qputenv(variable, value) : qunsetenv(variable);
+    };
     const struct {
         const char *name;
         std::array<const char *, 4> values; // of the variables in that order
