@@ -25,8 +25,8 @@ namespace {
 using namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN;
 using namespace Qt::StringLiterals;
 
-// The checked-in Localization.plugin ("en" is its development region), read
-// in Japanese while the guard lives.
+// The checked-in Localization.plugin ("en" is its development region), opened
+// in place: nothing here writes to it. The tests read it in Japanese.
 pde::Bundle *localizationBundle()
 {
     return pde::Bundle::open(QStringLiteral(LOCALIZATION_TEST_DIR "/Localization.plugin"));
