@@ -1,86 +1,56 @@
 // SPDX-License-Identifier: MIT
-// The model-specific table over the default one, how a PPD names it, and one
-// walk over a panel loaded from a .ui file, in Japanese.
+// The model-specific table over the default one, how a PPD names it, one walk
+// over a panel loaded from a .ui file in Japanese, and controls filled from
+// the options of a fixture PPD and found again by keyword.
 #include "FixturePpd.h"
+#include "TestBundle.h"
 
 #include "localization/BasicPdeView.h"
 #include "localization/LocalizedString.h"
-#include "pdekit/Bundle.h"
 #include "pdekit/Nib.h"
-#include "pdekit/PreferredLanguages.h"
 
 #include <QComboBox>
 #include <QDialog>
-#include <QDirIterator>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTableWidget>
-#include <QTemporaryDir>
 
-#include <gtest/gtest.h>
-
-static void PrintTo(const QString &text, std::ostream *out)
-{
-    *out << '"' << text.toStdString() << '"';
-}
+#include <tuple>
 
 namespace {
 
 using namespace com_norvanta_qs_o_vellumark_pde_JobTypeQTRN;
 using namespace Qt::StringLiterals;
 
-// A fresh copy of the checked-in Localization.plugin, read in Japanese while
-// the copy lives. Bundles are registered by path for the life of the
-// process, so each copy is a new bundle whose class registry no earlier test
-// has filled.
-class TestBundle
+// The checked-in Localization.plugin ("en" is its development region), opened
+// in place: nothing here writes to it. The tests read it in Japanese.
+pde::Bundle *localizationBundle()
 {
-public:
-    TestBundle()
-    {
-        const QString source = QStringLiteral(LOCALIZATION_TEST_DIR);
-        QDirIterator files(source + u"/Localization.plugin"_s, QDir::Files, QDirIterator::Subdirectories);
-        while (files.hasNext()) {
-            const QString from = files.next();
-            const QString to = m_dir.path() + from.mid(source.size());
-            // A test without its bundle cannot mean anything.
-            if (!QDir().mkpath(QFileInfo(to).absolutePath()) || !QFile::copy(from, to))
-                std::abort();
-        }
-        pde::setPreferredLanguages(QStringList{u"ja"_s}); // "en" is the development region
-    }
-    // The language list is process-wide: the environment's comes back.
-    ~TestBundle() { pde::setPreferredLanguages(std::nullopt); }
-
-    pde::Bundle *open() const { return pde::Bundle::open(m_dir.path() + u"/Localization.plugin"_s); }
-
-private:
-    QTemporaryDir m_dir;
-};
+    return pde::Bundle::open(QStringLiteral(LOCALIZATION_TEST_DIR "/Localization.plugin"));
+}
 
 TEST(LocalizedString, ModelTableComesFirstAndOnlyAKeysSpellingFallsBack)
 {
-    const TestBundle files;
-    const pde::Bundle *bundle = files.open();
+    const testsupport::LanguagesGuard languages({u"ja"_s});
+    const pde::Bundle *bundle = localizationBundle();
     ASSERT_NE(bundle, nullptr);
-    const QString model = u"Localizable2"_s;
-    const struct {
-        const char *name;
-        QString key;
-        std::optional<QString> value, table;
-        QString expected;
-    } rows[] = {
-        {"model table in English over the default in Japanese", u"ModelInEnglish"_s, {}, model, u"Model in English"_s},
-        {"translation spelled like its key", u"SameAsKey"_s, {}, model, u"既定の同綴り"_s},
-        {"translation differing in case only", u"Tray"_s, {}, model, u"TRAY"_s},
-        {"the fallback keeps the value", u"SpelledLikeKeyOnly"_s, u"Fallback"_s, model, u"Fallback"_s},
-        {"a differing value stops the fallback", u"DefaultOnly"_s, u"Fallback"_s, model, u"Fallback"_s},
-        {"no table: one lookup, in the default", u"ModelOnly"_s, {}, std::nullopt, u"ModelOnly"_s},
+    const auto text = [bundle](const QString &key, const std::optional<QString> &value = {}) {
+        return nvktraLocalizedStringForKey(bundle, key, value, u"Localizable2"_s);
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(nvktraLocalizedStringForKey(bundle, row.key, row.value, row.table), row.expected) << row.name;
+    const std::tuple<const char *, std::optional<QString>, QString> rows[] = {
+        {"model table in English over the default in Japanese", text(u"ModelInEnglish"_s), u"Model in English"_s},
+        {"translation spelled like its key", text(u"SameAsKey"_s), u"既定の同綴り"_s},
+        {"translation differing in case only", text(u"Tray"_s), u"TRAY"_s},
+        {"the fallback keeps the value", text(u"SpelledLikeKeyOnly"_s, u"Fallback"_s), u"Fallback"_s},
+        {"a differing value stops the fallback", text(u"DefaultOnly"_s, u"Fallback"_s), u"Fallback"_s},
+        {"no table: one lookup, in the default",
+         nvktraLocalizedStringForKey(bundle, u"ModelOnly"_s, std::nullopt, std::nullopt), u"ModelOnly"_s},
+    };
+    for (const auto &[name, actual, expected] : rows)
+        EXPECT_EQ(actual, expected) << name;
 }
 
 TEST(TableName, OnlyAPpdThatNamesATableReplacesTheViewsTable)
@@ -108,7 +78,8 @@ TEST(TableName, OnlyAPpdThatNamesATableReplacesTheViewsTable)
     }
 }
 
-// A button class of the panel's own is translated like any button.
+// A button class of the panel's own is translated like any button; a pop-up
+// class of its own is not filled from the PPD.
 class FancyButton : public QPushButton
 {
     Q_OBJECT
@@ -116,20 +87,31 @@ public:
     using QPushButton::QPushButton;
 };
 
-// The text a widget shows: a group box's title, a pop-up's current item,
-// the text of a label, field or button.
-QString shownText(const QWidget *widget)
+class SizePopup : public QComboBox
 {
-    const char *property = qobject_cast<const QGroupBox *>(widget)   ? "title"
-                           : qobject_cast<const QComboBox *>(widget) ? "currentText"
-                                                                     : "text";
-    return widget->property(property).toString();
+    Q_OBJECT
+public:
+    using QComboBox::QComboBox;
+};
+
+// What a control shows: a group box's title; a pop-up's items as
+// "title=keyword", after the text typed in an editable one; the text of a
+// label, field or button.
+QStringList shown(const QWidget *control)
+{
+    if (const auto *popup = qobject_cast<const QComboBox *>(control)) {
+        QStringList items = popup->isEditable() ? QStringList{popup->currentText()} : QStringList();
+        for (int i = 0; i < popup->count(); ++i)
+            items.append(popup->itemText(i) + u'=' + popup->itemData(i).toString());
+        return items;
+    }
+    return {control->property(qobject_cast<const QGroupBox *>(control) ? "title" : "text").toString()};
 }
 
 TEST(ControlLocalization, WalkTranslatesLabelsButtonsAndTitlesFromThePpdsTableFirst)
 {
-    const TestBundle files;
-    pde::Bundle *bundle = files.open();
+    const testsupport::LanguagesGuard languages({u"ja"_s});
+    pde::Bundle *bundle = localizationBundle();
     ASSERT_NE(bundle, nullptr);
     bundle->classes().registerClass<BasicPdeView>(u"BasicPdeView"_s);
     bundle->classes().registerClass<FancyButton>(u"FancyButton"_s);
@@ -146,31 +128,27 @@ TEST(ControlLocalization, WalkTranslatesLabelsButtonsAndTitlesFromThePpdsTableFi
     popup->setCurrentIndex(2);
     // An editable combo box is a field: what the user typed over its current
     // item stays, and so do its items.
-    auto *typed = qobject_cast<QComboBox *>(child("typedPopup"));
-    typed->setEditText(u"Name"_s);
+    qobject_cast<QComboBox *>(child("typedPopup"))->setEditText(u"Name"_s);
     view->localizeAllControls();
 
-    const std::pair<const char *, QString> rows[] = {
-        {"nameLabel", u"名前"_s},          {"nameField", u"Name"_s}, // editable: the user's text
-        {"copiesField", u"部数"_s},        {"passwordField", u"Password"_s}, // read-only; secret
-        {"pinField", u"Password"_s},       {"sizeBox", u"用紙の大きさ"_s}, // secret though read-only; model table
-        {"collateCheck", u"丁合い"_s},     {"draftRadio", u"下書き"_s}, // on the tab not shown
-        {"applyButton", u"適用する"_s},    {"fancyButton", u"適用する"_s}, // model table; a subclass
-        {"toolButton", u"丁合い"_s},
-        {"serialLabel", u"Serial Number"_s}, // in no table
-        {"typedPopup", u"Name"_s},           // editable: the user's text
+    const std::pair<const char *, QStringList> rows[] = {
+        {"nameLabel", {u"名前"_s}},         {"nameField", {u"Name"_s}}, // editable: the user's text
+        {"copiesField", {u"部数"_s}},       {"passwordField", {u"Password"_s}}, // read-only; secret
+        {"pinField", {u"Password"_s}},      {"sizeBox", {u"用紙の大きさ"_s}}, // secret though read-only; model table
+        {"collateCheck", {u"丁合い"_s}},    {"draftRadio", {u"下書き"_s}}, // on the tab not shown
+        {"applyButton", {u"適用する"_s}},   {"fancyButton", {u"適用する"_s}}, // model table; a subclass
+        {"toolButton", {u"丁合い"_s}},      {"serialLabel", {u"Serial Number"_s}}, // in no table
+        {"sizePopup", {u"小="_s, u"大="_s, u"特大="_s}},
+        {"typedPopup", {u"Name"_s, u"Small="_s, u"Large="_s}}, // editable: the user's text, and its items
     };
     for (const auto &[object, expected] : rows)
-        EXPECT_EQ(shownText(child(object)), expected) << object;
+        EXPECT_EQ(shown(child(object)), expected) << object;
+    EXPECT_EQ(popup->currentIndex(), 2);
     // A field's help texts are translated whatever the field holds.
     const auto *nameField = qobject_cast<QLineEdit *>(child("nameField"));
     EXPECT_EQ((QStringList{nameField->toolTip(), nameField->placeholderText()}), (QStringList{u"名前を入力"_s, u"名前を入力"_s}));
     const auto *tabs = qobject_cast<QTabWidget *>(child("tabs"));
     EXPECT_EQ((QStringList{tabs->tabText(0), tabs->tabText(1)}), (QStringList{u"用紙"_s, u"仕上げ"_s}));
-    EXPECT_EQ((QStringList{popup->itemText(0), popup->itemText(1), popup->itemText(2)}),
-              (QStringList{u"小"_s, u"大"_s, u"特大"_s}));
-    EXPECT_EQ(popup->currentIndex(), 2);
-    EXPECT_EQ((QStringList{typed->itemText(0), typed->itemText(1)}), (QStringList{u"Small"_s, u"Large"_s}));
     const auto *table = qobject_cast<QTableWidget *>(child("jobTable"));
     EXPECT_EQ((QStringList{table->horizontalHeaderItem(0)->text(), table->horizontalHeaderItem(1)->text(),
                            table->verticalHeaderItem(0)->text(), table->item(0, 0)->text()}),
@@ -184,12 +162,94 @@ TEST(ControlLocalization, WalkTranslatesLabelsButtonsAndTitlesFromThePpdsTableFi
     view->localizeAllControls();
     view->setParent(nullptr); // the list of top-level objects, not the dialog, deletes the view
     EXPECT_EQ(dialog.windowTitle(), u"印刷オプション"_s);
+}
 
-    // Without a bundle, every text the walk visits is blanked.
-    view->setBundle(nullptr);
-    view->localizeAllControls();
-    EXPECT_EQ(shownText(child("applyButton")), QString());
-    EXPECT_EQ(shownText(child("nameField")), u"Name"_s);
+// A control showing "Old"; a pop-up holds "Old" and "Older".
+template <typename T>
+T *makeOld(QWidget *parent)
+{
+    auto *control = new T(parent);
+    if constexpr (std::is_base_of_v<QComboBox, T>)
+        control->addItems({u"Old"_s, u"Older"_s});
+    else
+        control->setText(u"Old"_s);
+    return control;
+}
+
+TEST(PpdControls, PopupsAreFilledInPpdOrderThenSelectedByTextAndForgottenWithTheNextPpd)
+{
+    // Without a PPD nothing binds, so nothing is found or changed by keyword.
+    BasicPdeView view;
+    const QStringList old{u"Old="_s, u"Older="_s};
+    auto *early = makeOld<QComboBox>(&view);
+    view.localizePPDPopup(early, "PaperFormat");
+    view.setEnabledForPPDKeyword(false, u"PaperFormat"_s);
+    view.setValueForPPDKeyword(u"Older"_s, u"PaperFormat"_s);
+    EXPECT_EQ(shown(early), old);
+    EXPECT_EQ((std::pair{early->isEnabled(), early->currentIndex()}), (std::pair{true, 0}));
+    EXPECT_EQ(view.ppdKeywordForObject(early), std::nullopt);
+
+    const testsupport::Ppd ppd = testsupport::openFixturePpd("localization-options.ppd");
+    ASSERT_NE(ppd, nullptr);
+    view.setPPD(ppd.get());
+    const struct {
+        QWidget *control;
+        const char *keyword;
+        QStringList expected;
+        bool bound;
+    } rows[] = {
+        {makeOld<QComboBox>(&view), "PaperFormat", {u"A4=IsoA4"_s, u"Letter=UsLetter"_s, u"Legal=UsLegal"_s}, true},
+        {makeOld<QComboBox>(&view), "Finish", {u"Matt=Matte"_s, u"Glänzend=Silk"_s}, true}, // the later "Glänzend"
+        {makeOld<QLabel>(&view), "Finish", {u"Oberfläche"_s}, false},
+        {makeOld<QLineEdit>(&view), "PaperFormat", {u"Paper Format"_s}, false},
+        {makeOld<SizePopup>(&view), "PaperFormat", old, false},
+        {makeOld<QComboBox>(&view), "Tray", {}, true},        // no choices: emptied, still bound
+        {makeOld<QComboBox>(&view), "Stapling", old, false}, // no such option
+        {makeOld<QLabel>(&view), "Stapling", {u"Old"_s}, false},
+    };
+    for (const auto &row : rows) {
+        view.localizePPDControl(row.control, row.keyword);
+        EXPECT_EQ(shown(row.control), row.expected) << row.keyword;
+        const std::optional<QString> boundAs = row.bound ? std::optional(QString::fromLatin1(row.keyword)) : std::nullopt;
+        EXPECT_EQ(view.ppdKeywordForObject(row.control), boundAs) << row.keyword;
+    }
+    auto *popup = static_cast<QComboBox *>(rows[0].control);
+    // The first item, not the PPD's default choice (the second): showing that is the caller's business.
+    EXPECT_EQ(popup->currentIndex(), 0);
+
+    const std::tuple<QString, QString, int> selections[] = {
+        {u"Legal"_s, u"PaperFormat"_s, 2},
+        {u"UsLegal"_s, u"PaperFormat"_s, -1}, // the keyword is no title
+        {u"Legal"_s, u"Finish"_s, 1},         // reaches the pop-up bound under Finish only
+    };
+    for (const auto &[value, keyword, expected] : selections) {
+        popup->setCurrentIndex(1);
+        view.setValueForPPDKeyword(value, keyword);
+        EXPECT_EQ(popup->currentIndex(), expected) << qPrintable(value + u' ' + keyword);
+    }
+    // A pop-up bound anew under a keyword takes it over; one pop-up may
+    // stand under two keywords, and each reaches it.
+    auto *other = new QComboBox(&view);
+    view.localizePPDPopup(other, "PaperFormat");
+    view.localizePPDPopup(other, "Finish");
+    EXPECT_TRUE((QStringList{u"PaperFormat"_s, u"Finish"_s}).contains(view.ppdKeywordForObject(other).value_or(QString())));
+    for (const QString &keyword : {u"PaperFormat"_s, u"Finish"_s}) {
+        view.setEnabledForPPDKeyword(false, keyword);
+        EXPECT_EQ((std::pair{popup->isEnabled(), other->isEnabled()}), (std::pair{true, false})) << qPrintable(keyword);
+        view.setEnabledForPPDKeyword(true, keyword);
+        EXPECT_TRUE(other->isEnabled()) << qPrintable(keyword);
+    }
+
+    // Under the address sanitizer, reaching a deleted pop-up fails here.
+    auto *deleted = new QComboBox(&view);
+    view.localizePPDPopup(deleted, "Tray");
+    delete deleted;
+    view.setValueForPPDKeyword(u"Matt"_s, u"Tray"_s);
+
+    view.setPPD(ppd.get());
+    view.setValueForPPDKeyword(u"Legal"_s, u"PaperFormat"_s);
+    EXPECT_EQ(other->currentIndex(), 0);
+    EXPECT_EQ(view.ppdKeywordForObject(other), std::nullopt);
 }
 
 } // namespace

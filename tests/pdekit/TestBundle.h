@@ -7,7 +7,6 @@
 #include "pdekit/Bundle.h"
 #include "pdekit/PreferredLanguages.h"
 
-#include <QColor>
 #include <QDebug>
 #include <QDir>
 #include <QFile>
@@ -22,11 +21,6 @@
 inline void PrintTo(const QString &text, std::ostream *out)
 {
     *out << '"' << text.toStdString() << '"';
-}
-
-inline void PrintTo(const QColor &color, std::ostream *out)
-{
-    *out << color.name(QColor::HexArgb).toStdString();
 }
 
 inline void PrintTo(const QVariant &value, std::ostream *out)
@@ -45,6 +39,8 @@ struct LanguagesGuard {
     ~LanguagesGuard() { pde::setPreferredLanguages(std::nullopt); }
 };
 
+// Bundles are registered by path for the life of the process, so each
+// TestBundle is a new bundle whose class registry no earlier test has filled.
 class TestBundle
 {
 public:
