@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: MIT
 // What the end-to-end and pde-host tests share: pde-host run to its end, the
 // record it prints, and, for the end-to-end tests, one private scheduler per
-// test process with the example printer's queues "e2e" and "held" (which
-// holds every job), a private home (its lpoptions), jobs submitted as other
-// applications do and what the scheduler and the printer's filter got.
+// test process with the example printer's queue "e2e" and two that hold
+// every job, as a panel printer's queue does for a session agent: "held" of
+// the same printer and "e2e-colour" of a colour one; a private home (its
+// lpoptions), jobs submitted as other applications do and what the
+// scheduler and the printer's filter got.
 #pragma once
 
 #include "PrivateCupsd.h"
 
+#include "host/LpOptions.h"
 #include "host/OrderedJson.h"
 
 #include <QProcess>
@@ -28,6 +31,7 @@ inline const QString kPpd = QStringLiteral(PDE_SOURCE_DIR "/examples/example-mfp
 inline const QString kDocument = QStringLiteral(PDE_SOURCE_DIR "/examples/quarterly-report.txt");
 inline const QString kPrefix = QStringLiteral("com.norvanta.qs.o.print.printsettings.");
 inline const QString kHeld = QStringLiteral("held");
+inline const QString kColour = QStringLiteral("e2e-colour");
 inline const char *const kSuffixes[] = {"SecureVersion",    "PrintType",        "PrintTypeUserName",
                                         "PrintTypePassword", "DocumentNameType", "DocumentName"};
 
@@ -119,8 +123,9 @@ protected:
         qputenv("CUPS_SERVER", cupsd->server().toUtf8());
         qputenv("CUPS_SERVERROOT", cupsd->serverRoot().toUtf8());
         cupsSetServer(cupsd->server().toUtf8().constData());
-        queued = cupsd->addQueue(u"e2e"_s, kPpd)
-                 && cupsd->addQueue(kHeld, kPpd, {u"job-hold-until-default=indefinite"_s});
+        const QStringList holding{u"job-hold-until-default=indefinite"_s};
+        queued = cupsd->addQueue(u"e2e"_s, kPpd) && cupsd->addQueue(kHeld, kPpd, holding)
+                 && cupsd->addQueue(kColour, QStringLiteral(PDE_SOURCE_DIR "/tests/data/dialog-colour-mfp.ppd"), holding);
     }
     static void TearDownTestSuite()
     {
@@ -138,6 +143,7 @@ protected:
         if (!cupsd->running())
             GTEST_SKIP() << qPrintable(cupsd->problem());
         ASSERT_TRUE(queued) << qPrintable(cupsd->problem());
+        QFile::remove(pdehost::userLpOptionsPath());
     }
 
     // A job as an application without panels submits it, as `user` when

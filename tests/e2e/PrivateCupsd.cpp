@@ -73,20 +73,11 @@ bool PrivateCupsd::start()
                  "Browsing Off\nWebInterface No\nDefaultAuthType None\nDefaultShared No\n"
                  "<Location />\n  Order allow,deny\n  Allow all\n</Location>\n"
                  "<Location /admin>\n  Order allow,deny\n  Allow all\n</Location>\n"
-                 // The stock default policy, except that administration
-                 // needs no password: jobs belong to their owners, and
-                 // their private values are hidden from other users.
+                 // The stock policy's private job values; no operation
+                 // needs a password, administration neither.
                  "<Policy default>\n"
                  "  JobPrivateAccess default\n"
                  "  JobPrivateValues default\n"
-                 "  SubscriptionPrivateAccess default\n"
-                 "  SubscriptionPrivateValues default\n"
-                 "  <Limit Create-Job Print-Job Print-URI Validate-Job>\n    Order deny,allow\n  </Limit>\n"
-                 "  <Limit Send-Document Send-URI Hold-Job Release-Job Restart-Job Purge-Jobs Set-Job-Attributes "
-                 "Create-Job-Subscription Renew-Subscription Cancel-Subscription Get-Notifications Reprocess-Job "
-                 "Cancel-Current-Job Suspend-Current-Job Resume-Job Cancel-My-Jobs Close-Job CUPS-Move-Job "
-                 "CUPS-Get-Document Cancel-Job CUPS-Authenticate-Job>\n"
-                 "    Require user @OWNER @SYSTEM\n    Order deny,allow\n  </Limit>\n"
                  "  <Limit All>\n    Order deny,allow\n  </Limit>\n"
                  "</Policy>\n")
         && write(QStringLiteral("cups-files.conf"),
