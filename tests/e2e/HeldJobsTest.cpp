@@ -50,25 +50,13 @@ protected:
     pdehost::HeldJobWindow *windowFor(int job)
     {
         pdehost::HeldJobWindow *found = nullptr;
-        const bool shown = QTest::qWaitFor([&] {
+        return QTest::qWaitFor([&] {
             for (pdehost::HeldJobWindow *window : agent->windows()) {
                 if (window->job().id == job)
                     found = window;
             }
             return found != nullptr;
-        }, 10000);
-        return shown ? found : nullptr;
-    }
-
-    // The texts of the messages the agent showed.
-    static QStringList messages()
-    {
-        QStringList texts;
-        for (QWidget *widget : QApplication::topLevelWidgets()) {
-            if (auto *box = qobject_cast<QMessageBox *>(widget); box != nullptr && box->isVisible())
-                texts.append(box->text());
-        }
-        return texts;
+        }, 10000) ? found : nullptr;
     }
 
     std::unique_ptr<pdehost::SessionAgent> agent;
@@ -123,7 +111,12 @@ TEST_F(Agent, PrintKeepHeldAndCancelJobDoWhatTheySayAndAJobCancelledElsewhereSay
     ASSERT_NE(windowFor(elsewhere), nullptr);
     ASSERT_EQ(QProcess::execute(u"cancel"_s, {u"-h"_s, cupsd->server(), QString::number(elsewhere)}), 0);
     ASSERT_TRUE(QTest::qWaitFor([&] { return agent->windows().isEmpty(); }, 10000));
-    EXPECT_EQ(messages(), QStringList{u"\u201cMinutes\u201d on held no longer waits: it was cancelled."_s});
+    QStringList messages;
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (auto *box = qobject_cast<QMessageBox *>(widget); box != nullptr && box->isVisible())
+            messages.append(box->text());
+    }
+    EXPECT_EQ(messages, QStringList{u"\u201cMinutes\u201d on held no longer waits: it was cancelled."_s});
     cupsCancelJob2(CUPS_HTTP_DEFAULT, kHeld.toUtf8().constData(), kept, 0);
 }
 
