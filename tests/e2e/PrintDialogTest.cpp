@@ -198,7 +198,9 @@ TEST_F(PrintDialog, PrintToFileLaysOutTextAndCopiesAPdfAsItIsWithoutAJob)
         chooseItem(printers, printers->itemText(printers->count() - 1));
         EXPECT_EQ(dialog->panelTab(0), nullptr) << "a file has no panels";
         typeInto(dialog->findChild<QLineEdit *>(u"filename"_s), output);
-        EXPECT_EQ(clickPrint(*dialog, input).error, QString()) << qPrintable(output);
+        const PrintOutcome outcome = clickPrint(*dialog, input);
+        EXPECT_EQ(outcome.error, QString()) << qPrintable(output);
+        EXPECT_EQ(outcome.job, 0);
         QFile written(output);
         ASSERT_TRUE(written.open(QIODevice::ReadOnly)) << qPrintable(output);
         EXPECT_TRUE(written.read(5) == "%PDF-") << qPrintable(output);

@@ -29,6 +29,9 @@ struct StatusRow {
 
 TEST(PdeHost, EveryExitStatusWithAMessageThatNamesTheProblem)
 {
+    QTemporaryDir dir;
+    const QString fifo = dir.filePath(u"fifo"_s);
+    ASSERT_EQ(::mkfifo(fifo.toUtf8().constData(), 0600), 0);
     const StatusRow rows[] = {
         {"panels", withPrinter("panels"), 0, {}},
         {"no command", withPrinter(""), 1, u"no command"_s},
@@ -43,6 +46,8 @@ TEST(PdeHost, EveryExitStatusWithAMessageThatNamesTheProblem)
          u"not a PPD file"_s},
         {"settings that are a device", withPrinter("--settings /dev/zero record"), 2,
          u"/dev/zero: not a regular file"_s},
+        {"settings that are a FIFO, never opened to wait for a writer",
+         forPrinter(kPpd, {u"--settings"_s, fifo, u"record"_s}), 2, u"fifo: not a regular file"_s},
         {"bundle the printer calls for is nowhere", {u"--ppd"_s, kPpd, u"panels"_s}, 2, u"JobTypeQTRN.plugin"_s},
         {"bundle that is not one", {u"--bundle"_s, u"/tmp"_s, u"--ppd"_s, kPpd, u"panels"_s}, 2, u"/tmp"_s},
         {"refused save", withPrinter("record --set printType=3 --set userName="), 3, u"alert: Enter a user ID."_s},
