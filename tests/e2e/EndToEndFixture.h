@@ -1,10 +1,17 @@
 // SPDX-License-Identifier: MIT
-// What every end-to-end test shares: one private scheduler per test process
-// with the example printer's queue "e2e", a private home (its lpoptions), a
-// way to run pde-host against it and the record as the filter received it.
+// What the end-to-end and pde-host tests share: pde-host run to its end, the
+// record it prints, and, for the end-to-end tests, one private scheduler per
+// test process with the example printer's queue "e2e" and two that hold
+// every job, as a panel printer's queue does for a session agent: "held" of
+// the same printer and "e2e-colour" of a colour one; a private home (its
+// lpoptions), jobs submitted as other applications do and what the
+// scheduler and the printer's filter got.
 #pragma once
 
 #include "PrivateCupsd.h"
+
+#include "host/LpOptions.h"
+#include "host/OrderedJson.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
@@ -12,17 +19,95 @@
 #include <cups/cups.h>
 #include <gtest/gtest.h>
 
-#include <memory>
+#include <unistd.h>
 
 namespace e2e {
+
+using namespace Qt::StringLiterals;
 
 inline const QString kBundle = QStringLiteral(PDE_BUNDLE_DIR);
 inline const QString kHost = QStringLiteral(PDE_HOST_BINARY);
 inline const QString kPpd = QStringLiteral(PDE_SOURCE_DIR "/examples/example-mfp.ppd");
 inline const QString kDocument = QStringLiteral(PDE_SOURCE_DIR "/examples/quarterly-report.txt");
 inline const QString kPrefix = QStringLiteral("com.norvanta.qs.o.print.printsettings.");
-inline const char *const kSuffixes[] = {"SecureVersion", "PrintType", "PrintTypeUserName",
+inline const QString kHeld = QStringLiteral("held");
+inline const QString kColour = QStringLiteral("e2e-colour");
+inline const char *const kSuffixes[] = {"SecureVersion",    "PrintType",        "PrintTypeUserName",
                                         "PrintTypePassword", "DocumentNameType", "DocumentName"};
+
+// The words of `line`, a command line without paths.
+inline QStringList words(const char *line)
+{
+    return QString::fromUtf8(line).split(u' ', Qt::SkipEmptyParts);
+}
+
+// pde-host's arguments with the built bundle for `printer`: a queue, or a
+// PPD file when it is a path.
+inline QStringList forPrinter(const QString &printer, const QStringList &rest)
+{
+    return QStringList{u"--bundle"_s, kBundle, printer.contains(u'/') ? u"--ppd"_s : u"--printer"_s, printer} + rest;
+}
+
+struct HostRun {
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+// pde-host run to its end, with `environment` ("NAME=value") added to the
+// test's own and `input` on its standard input, or instead `stdinFrom` there:
+// a file, or "closed" for none at all.
+inline HostRun runHost(const QStringList &arguments, const QByteArray &input = {}, const QStringList &environment = {},
+                       const QString &stdinFrom = {})
+{
+    QProcess process;
+    if (stdinFrom == u"closed")
+        process.setChildProcessModifier([] { ::close(STDIN_FILENO); });
+    else if (!stdinFrom.isEmpty())
+        process.setStandardInputFile(stdinFrom);
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.remove(u"PDE_PLUGIN_PATH"_s);
+    for (const QString &entry : environment)
+        env.insert(entry.section(u'=', 0, 0), entry.section(u'=', 1));
+    process.setProcessEnvironment(env);
+    process.start(kHost, arguments);
+    if (stdinFrom.isEmpty())
+        process.write(input);
+    process.closeWriteChannel();
+    process.waitForFinished(60000);
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+// The six record entries among `options` ("name=value"), in the record's
+// order; "<absent>" for one they lack.
+inline QStringList recordOf(const QStringList &options)
+{
+    QStringList values;
+    for (const char *suffix : kSuffixes) {
+        const QString name = kPrefix + QLatin1StringView(suffix) + u'=';
+        QString value = u"<absent>"_s;
+        for (const QString &option : options) {
+            if (option.startsWith(name))
+                value = option.mid(name.size());
+        }
+        values.append(value);
+    }
+    return values;
+}
+
+// The record as `pde-host record` printed it.
+inline QStringList recordIn(const QString &json)
+{
+    QString error;
+    const std::optional<pdehost::OrderedStrings> entries = pdehost::parseStringObject(json.toUtf8(), &error);
+    if (!entries)
+        return {u"<not a record: "_s + error + u'>'};
+    QStringList options;
+    for (const auto &[key, value] : *entries)
+        options.append(key + u'=' + value);
+    return recordOf(options);
+}
 
 class EndToEnd : public ::testing::Test
 {
@@ -38,7 +123,9 @@ protected:
         qputenv("CUPS_SERVER", cupsd->server().toUtf8());
         qputenv("CUPS_SERVERROOT", cupsd->serverRoot().toUtf8());
         cupsSetServer(cupsd->server().toUtf8().constData());
-        queued = cupsd->addQueue(QStringLiteral("e2e"), kPpd);
+        const QStringList holding{u"job-hold-until-default=indefinite"_s};
+        queued = cupsd->addQueue(u"e2e"_s, kPpd) && cupsd->addQueue(kHeld, kPpd, holding)
+                 && cupsd->addQueue(kColour, QStringLiteral(PDE_SOURCE_DIR "/tests/data/dialog-colour-mfp.ppd"), holding);
     }
     static void TearDownTestSuite()
     {
@@ -56,38 +143,71 @@ protected:
         if (!cupsd->running())
             GTEST_SKIP() << qPrintable(cupsd->problem());
         ASSERT_TRUE(queued) << qPrintable(cupsd->problem());
+        QFile::remove(pdehost::userLpOptionsPath());
     }
 
-    // The six record entries as the filter received them for `job`, in the
-    // record's order; "<absent>" for an entry it did not get.
-    static QStringList recordSeenByFilter(int job)
+    // A job as an application without panels submits it, as `user` when
+    // one is given: no options at all; 0 when it fails.
+    static int submitWithLp(const QString &title, const QString &queue = kHeld, const QString &user = {})
+    {
+        QStringList arguments{u"-h"_s, cupsd->server(), u"-d"_s, queue, u"-t"_s, title, kDocument};
+        if (!user.isEmpty())
+            arguments << u"-U"_s << user;
+        QProcess lp;
+        lp.start(u"lp"_s, arguments);
+        lp.waitForFinished(30000);
+        // "request id is held-12 (1 file(s))"
+        return QString::fromUtf8(lp.readAllStandardOutput()).section(u' ', 3, 3).section(u'-', -1).toInt();
+    }
+
+    // The job's attributes as the scheduler shows them to its owner,
+    // "name=value", but for the scheduler's clock.
+    static QStringList jobAttributes(int job)
+    {
+        ipp_t *request = ippNewRequest(IPP_OP_GET_JOB_ATTRIBUTES);
+        ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "job-uri", nullptr,
+                     u"ipp://localhost/jobs/%1"_s.arg(job).toUtf8().constData());
+        ipp_t *response = cupsDoRequest(CUPS_HTTP_DEFAULT, request, "/");
+        QStringList seen;
+        for (ipp_attribute_t *attribute = ippFirstAttribute(response); attribute != nullptr;
+             attribute = ippNextAttribute(response)) {
+            char value[1024];
+            const QByteArray name = ippGetName(attribute);
+            if (ippGetGroupTag(attribute) == IPP_TAG_JOB && !name.isEmpty() && name != "job-printer-up-time") {
+                ippAttributeString(attribute, value, sizeof value);
+                seen.append(QString::fromUtf8(name) + u'=' + QString::fromUtf8(value));
+            }
+        }
+        ippDelete(response);
+        return seen;
+    }
+
+    // The value of the job's attribute `name`; empty when it has none.
+    static QString jobAttribute(int job, const QString &name)
+    {
+        for (const QString &attribute : jobAttributes(job)) {
+            if (attribute.startsWith(name + u'='))
+                return attribute.mid(name.size() + 1);
+        }
+        return {};
+    }
+
+    // The options the printer's filter got for `job`, "name=value".
+    static QStringList optionsSeenByFilter(int job)
     {
         const std::optional<QByteArray> options = cupsd->optionsOfJob(job);
         if (!options)
-            return {QStringLiteral("<the filter never ran>")};
+            return {u"<the filter never ran>"_s};
         cups_option_t *parsed = nullptr;
         const int count = cupsParseOptions(options->constData(), 0, &parsed);
-        QStringList values;
-        for (const char *suffix : kSuffixes) {
-            const char *value = cupsGetOption((kPrefix + QLatin1StringView(suffix)).toUtf8().constData(), count, parsed);
-            values.append(value != nullptr ? QString::fromUtf8(value) : QStringLiteral("<absent>"));
-        }
+        QStringList seen;
+        for (int i = 0; i < count; ++i)
+            seen.append(QString::fromUtf8(parsed[i].name) + u'=' + QString::fromUtf8(parsed[i].value));
         cupsFreeOptions(count, parsed);
-        return values;
+        return seen;
     }
 
-    // pde-host with the built bundle, run to its end.
-    static std::unique_ptr<QProcess> runHost(const QStringList &arguments, const QByteArray &input = {})
-    {
-        auto process = std::make_unique<QProcess>();
-        process->setProgram(kHost);
-        process->setArguments(QStringList{QStringLiteral("--bundle"), kBundle} + arguments);
-        process->start();
-        process->write(input);
-        process->closeWriteChannel();
-        process->waitForFinished(60000);
-        return process;
-    }
+    static QStringList recordSeenByFilter(int job) { return recordOf(optionsSeenByFilter(job)); }
 
     static inline QTemporaryDir *home = nullptr;
     static inline QByteArray previousHome;

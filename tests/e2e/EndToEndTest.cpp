@@ -1,88 +1,88 @@
 // SPDX-License-Identifier: MIT
-// Printing for real through a private CUPS scheduler: jobs submitted by
-// pde-host reach the printer's filter with the panel's record intact, byte
-// for byte (the desktop dialog's are in PrintDialogTest.cpp).
+// Printing for real through a private CUPS scheduler: the record reaches the
+// printer's filter byte for byte whether pde-host prints the job or releases
+// one that an application without panels left held; a refused save leaves
+// the held job as it was, a job that fails on the way is cancelled, and only
+// the user's own held jobs are listed and released (the desktop dialog's jobs
+// are in PrintDialogTest.cpp).
 #include "EndToEndFixture.h"
-
-#include "host/OrderedJson.h"
 
 namespace {
 
 using namespace e2e;
 
-struct JobRow {
+struct RecordRow {
     const char *name;
-    QStringList values; // --set arguments
+    bool print;         // else released from the held queue
+    const char *values; // pde-host's arguments
     QByteArray password;
-    QString settings;   // a --settings file's content, or empty
+    QByteArray settings = {}; // a --settings file's content, or empty
+    int exitCode = 0;
+    QString errorPart = {};
 };
 
-TEST_F(EndToEnd, PdeHostPrintDeliversTheRecordByteForByte)
+TEST_F(EndToEnd, PrintAndReleaseDeliverTheRecordByteForByteAndARefusalChangesNothing)
 {
-    const JobRow rows[] = {
-        {"none", {QStringLiteral("printType=0")}, {}, {}},
-        {"secure with a comma in the name",
-         {QStringLiteral("printType=1"), QStringLiteral("userName=taro"), QStringLiteral("documentName=Q3,report")}, "2468", {}},
-        {"sample with a slash, automatic name",
-         {QStringLiteral("printType=2"), QStringLiteral("userName=x/y"), QStringLiteral("documentNameType=0")}, {}, {}},
-        {"public with accents and a backslash",
-         {QStringLiteral("printType=3"), QStringLiteral(u"userName=caf\u00e9"), QStringLiteral("documentName=a'b\\c")}, {}, {}},
-        {"a name in braces, not a collection",
-         {QStringLiteral("printType=3"), QStringLiteral("userName=a\"b"), QStringLiteral("documentName={draft}")}, {}, {}},
-        {"second secure kind from saved settings", {QStringLiteral("userName=u")}, "1357",
-         QStringLiteral(R"({"com.norvanta.qs.o.print.printsettings.PrintType": "5"})")},
+    // Of the record's values only these reach the scheduler as they are;
+    // the panel writes the others as character codes.
+    const char *const raw = "--set printType=1 --set userName=\"caf\xc3\xa9\" --set documentName={draft}";
+    const RecordRow rows[] = {
+        {"printed: a quote, accents and braces (not a collection)", true, raw, "2468"},
+        {"released: the same", false, raw, "2468"},
+        {"printed from saved settings: the second secure kind", true, "--set userName=u", "1357",
+         R"({"com.norvanta.qs.o.print.printsettings.PrintType": "5"})"},
+        {"refused save: no password", false, "--set printType=1 --set userName=taro", {}, {}, 3, u"alert: "_s},
+        {"refused value", false, "--set printType=1 --set password=12a", {}, {}, 4, u"password:"_s},
     };
-    for (const JobRow &row : rows) {
-        QStringList values;
-        for (const QString &value : row.values)
-            values << QStringLiteral("--set") << value;
+    for (const RecordRow &row : rows) {
+        const QString queue = row.print ? u"e2e"_s : kHeld;
+        QStringList values = words(row.values);
         if (!row.password.isEmpty())
-            values << QStringLiteral("--password-stdin");
-        QStringList common{QStringLiteral("--printer"), QStringLiteral("e2e")};
+            values << u"--password-stdin"_s;
+        // record writes the settings back; each run starts from the same.
         QTemporaryDir scratch;
-        if (!row.settings.isEmpty()) {
-            const QString path = scratch.filePath(QStringLiteral("settings.json"));
+        const QString path = scratch.filePath(u"settings.json"_s);
+        const auto settings = [&] {
             QFile file(path);
-            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-            file.write(row.settings.toUtf8());
-            file.close();
-            common << QStringLiteral("--settings") << path;
-        }
+            if (row.settings.isEmpty() || !file.open(QIODevice::WriteOnly) || file.write(row.settings) < 0)
+                return QStringList();
+            return QStringList{u"--settings"_s, path};
+        };
+        const HostRun record = runHost(forPrinter(queue, (settings() << u"record"_s) + values), row.password + '\n');
 
-        const std::unique_ptr<QProcess> record = runHost(common + QStringList{QStringLiteral("record")} + values, row.password + '\n');
-        ASSERT_EQ(record->exitCode(), 0) << row.name << ": " << record->readAllStandardError().constData();
-        QString error;
-        const std::optional<pdehost::OrderedStrings> entries = pdehost::parseStringObject(record->readAllStandardOutput(), &error);
-        ASSERT_TRUE(entries) << row.name << ": " << qPrintable(error);
-        QStringList expected;
-        for (const char *suffix : kSuffixes) {
-            QString value = QStringLiteral("<absent>");
-            for (const auto &[key, entry] : *entries) {
-                if (key == kPrefix + QLatin1StringView(suffix))
-                    value = entry;
-            }
-            expected.append(value);
+        int job = 0;
+        QStringList before;
+        HostRun run;
+        if (row.print) {
+            run = runHost(forPrinter(queue, settings() + QStringList{u"print"_s, kDocument} + values),
+                          row.password + '\n');
+            job = run.out.trimmed().section(u'-', -1).toInt();
+        } else {
+            job = submitWithLp(u"Quarterly report"_s);
+            before = jobAttributes(job);
+            ASSERT_TRUE(before.contains(u"job-state=pending-held"_s)) << row.name;
+            run = runHost(forPrinter(queue, QStringList{u"release"_s, QString::number(job)} + values),
+                          row.password + '\n');
         }
-
-        // record wrote the settings back; start the print from the same ones.
-        if (!row.settings.isEmpty()) {
-            QFile file(scratch.filePath(QStringLiteral("settings.json")));
-            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-            file.write(row.settings.toUtf8());
+        ASSERT_EQ(run.exitCode, row.exitCode) << row.name << ": " << qPrintable(run.err);
+        if (row.exitCode != 0) {
+            EXPECT_TRUE(run.err.contains(row.errorPart)) << row.name << ": " << qPrintable(run.err);
+            EXPECT_EQ(jobAttributes(job), before) << row.name;
+            cupsCancelJob2(CUPS_HTTP_DEFAULT, kHeld.toUtf8().constData(), job, 0);
+            continue;
         }
-        const std::unique_ptr<QProcess> print =
-            runHost(common + QStringList{QStringLiteral("print"), kDocument} + values, row.password + '\n');
-        ASSERT_EQ(print->exitCode(), 0) << row.name << ": " << print->readAllStandardError().constData();
-        const int job = QString::fromUtf8(print->readAllStandardOutput()).trimmed().section(u'-', -1).toInt();
         ASSERT_GT(job, 0) << row.name;
-        EXPECT_EQ(recordSeenByFilter(job), expected) << row.name;
+        if (!row.print) {
+            EXPECT_EQ(run.out, u"%1-%2\n"_s.arg(kHeld).arg(job)) << row.name;
+        }
+        EXPECT_EQ(recordSeenByFilter(job), recordIn(record.out)) << row.name;
     }
 }
 
 TEST_F(EndToEnd, AJobThatFailsOnTheWayIsCancelled)
 {
     QTemporaryDir scratch;
-    const QString empty = scratch.filePath(QStringLiteral("empty.txt"));
+    const QString empty = scratch.filePath(u"empty.txt"_s);
     QFile(empty).open(QIODevice::WriteOnly);
     const struct {
         const char *name;
@@ -92,28 +92,46 @@ TEST_F(EndToEnd, AJobThatFailsOnTheWayIsCancelled)
         {"an empty file after a document", {kDocument, empty, kDocument}},
     };
     for (const auto &row : rows) {
-        const std::unique_ptr<QProcess> print = runHost(
-            QStringList{QStringLiteral("--printer"), QStringLiteral("e2e"), QStringLiteral("print")} + row.files
-            + QStringList{QStringLiteral("--set"), QStringLiteral("printType=1"), QStringLiteral("--set"),
-                          QStringLiteral("userName=taro"), QStringLiteral("--password-stdin")},
-            "2468\n");
-        const QString error = QString::fromUtf8(print->readAllStandardError());
-        EXPECT_EQ(print->exitCode(), 2) << row.name;
-        const int job = error.section(QStringLiteral("; job "), 1).section(u' ', 0, 0).toInt();
-        ASSERT_GT(job, 0) << row.name << ": " << qPrintable(error);
-        EXPECT_TRUE(error.contains(QStringLiteral("job %1 was cancelled").arg(job))) << row.name << ": " << qPrintable(error);
-
-        cups_job_t *jobs = nullptr;
-        const int count = cupsGetJobs2(CUPS_HTTP_DEFAULT, &jobs, "e2e", 0, CUPS_WHICHJOBS_ALL);
-        ipp_jstate_t state = IPP_JSTATE_PENDING;
-        for (int i = 0; i < count; ++i) {
-            if (jobs[i].id == job)
-                state = jobs[i].state;
-        }
-        cupsFreeJobs(count, jobs);
-        EXPECT_EQ(state, IPP_JSTATE_CANCELED) << row.name;
+        const QStringList values = words("--set printType=1 --set userName=taro --password-stdin");
+        const HostRun print = runHost(forPrinter(u"e2e"_s, QStringList{u"print"_s} + row.files + values), "2468\n");
+        EXPECT_EQ(print.exitCode, 2) << row.name;
+        const int job = print.err.section(u"; job "_s, 1).section(u' ', 0, 0).toInt();
+        ASSERT_GT(job, 0) << row.name << ": " << qPrintable(print.err);
+        EXPECT_TRUE(print.err.contains(u"job %1 was cancelled"_s.arg(job))) << row.name;
+        EXPECT_EQ(jobAttribute(job, u"job-state"_s), u"canceled"_s) << row.name;
         EXPECT_EQ(cupsd->optionsOfJob(job, 1000), std::nullopt) << row.name << ": no part of it reached the printer";
     }
+}
+
+TEST_F(EndToEnd, OnlyTheUsersHeldJobsAreListedAndReleased)
+{
+    const int mine = submitWithLp(u"mine"_s);
+    const int theirs = submitWithLp(u"theirs"_s, kHeld, u"visitor"_s);
+    const int released = submitWithLp(u"released"_s);
+    ASSERT_GT(mine * theirs * released, 0);
+    ASSERT_EQ(runHost(forPrinter(kHeld, {u"release"_s, QString::number(released)})).exitCode, 0);
+
+    const QString lines = runHost({u"--bundle"_s, kBundle, u"jobs"_s}).out;
+    EXPECT_TRUE(lines.contains(u"%1\theld\tmine\tpending-held\n"_s.arg(mine))) << qPrintable(lines);
+    EXPECT_FALSE(lines.contains(u"theirs"_s));
+    EXPECT_FALSE(lines.contains(u"released"_s));
+
+    const struct {
+        const char *name;
+        int job;
+        QString errorPart;
+    } refused[] = {
+        {"another user's job", theirs, u"is not yours"_s},
+        {"a released job", released, u"is not held"_s},
+        {"a job that does not exist", 99999, u"job 99999: "_s},
+    };
+    for (const auto &row : refused) {
+        const HostRun release = runHost(forPrinter(kHeld, {u"release"_s, QString::number(row.job)}));
+        EXPECT_EQ(release.exitCode, 2) << row.name << ": " << qPrintable(release.err);
+        EXPECT_TRUE(release.err.contains(row.errorPart)) << row.name << ": " << qPrintable(release.err);
+    }
+    cupsCancelJob2(CUPS_HTTP_DEFAULT, kHeld.toUtf8().constData(), mine, 0);
+    cupsCancelJob2(CUPS_HTTP_DEFAULT, kHeld.toUtf8().constData(), theirs, 0);
 }
 
 } // namespace

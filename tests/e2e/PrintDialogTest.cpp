@@ -25,7 +25,6 @@
 #include <QLineEdit>
 #include <QPrinter>
 #include <QPushButton>
-#include <QSpinBox>
 #include <QStandardPaths>
 #include <QTabBar>
 #include <QTabWidget>
@@ -33,133 +32,45 @@
 #include <QTextBrowser>
 #include <QTimer>
 
-#include <functional>
 #include <pwd.h>
-#include <unistd.h>
 #include <vector>
 
 namespace {
 
 using namespace e2e;
 using pdehost::PdePrintDialog;
+using pdehost::PrintOutcome;
 
-const QString kColour = QStringLiteral("e2e-colour");
-const QString kColourPpd = QStringLiteral(PDE_SOURCE_DIR "/tests/data/dialog-colour-mfp.ppd");
-const QString kTitle = QFileInfo(kDocument).fileName();
-
-class PrintDialog : public EndToEnd
+std::unique_ptr<PdePrintDialog> openDialog(QPrinter &printer, const QString &queue = u"e2e"_s)
 {
-protected:
-    // The second queue holds every job by default, as a panel printer's
-    // queue does for a session agent.
-    static void SetUpTestSuite()
-    {
-        EndToEnd::SetUpTestSuite();
-        if (cupsd->running())
-            colourQueued = cupsd->addQueue(kColour, kColourPpd, {QStringLiteral("job-hold-until-default=indefinite")});
-    }
-    void SetUp() override
-    {
-        EndToEnd::SetUp();
-        if (IsSkipped() || HasFatalFailure())
+    QString error;
+    std::unique_ptr<pdehost::PrinterPanels> panels = pdehost::PrinterPanels::open({{}, queue}, {}, {kBundle}, &error);
+    EXPECT_TRUE(panels) << qPrintable(error);
+    printer.setPrinterName(queue);
+    auto dialog = std::make_unique<PdePrintDialog>(&printer, std::move(panels), QStringList{kBundle});
+    dialog->show();
+    return dialog;
+}
+
+// Brings the tab holding `widget` to the front with a click on its title.
+void clickTabOf(QWidget *widget)
+{
+    for (QWidget *page = widget; page->parentWidget() != nullptr; page = page->parentWidget()) {
+        if (auto *tabs = qobject_cast<QTabWidget *>(page->parentWidget()->parentWidget());
+            tabs != nullptr && tabs->indexOf(page) >= 0) {
+            const QPoint title = tabs->tabBar()->tabRect(tabs->indexOf(page)).center();
+            QTest::mouseClick(tabs->tabBar(), Qt::LeftButton, {}, title);
             return;
-        ASSERT_TRUE(colourQueued) << qPrintable(cupsd->problem());
-        QFile::remove(pdehost::userLpOptionsPath());
-    }
-
-    static std::unique_ptr<PdePrintDialog> openDialog(QPrinter &printer, const QString &queue)
-    {
-        QString error;
-        std::unique_ptr<pdehost::PrinterPanels> panels = pdehost::PrinterPanels::open({{}, queue}, {}, {kBundle}, &error);
-        EXPECT_TRUE(panels) << qPrintable(error);
-        printer.setPrinterName(queue);
-        auto dialog = std::make_unique<PdePrintDialog>(&printer, std::move(panels), QStringList{kBundle});
-        dialog->show();
-        return dialog;
-    }
-
-    // Brings the tab holding `widget` to the front with a click on its title.
-    static void clickTabOf(QWidget *widget)
-    {
-        for (QWidget *page = widget; page != nullptr; page = page->parentWidget()) {
-            auto *tabs = page->parentWidget() != nullptr ? qobject_cast<QTabWidget *>(page->parentWidget()->parentWidget()) : nullptr;
-            if (tabs != nullptr && tabs->indexOf(page) >= 0) {
-                QTest::mouseClick(tabs->tabBar(), Qt::LeftButton, {}, tabs->tabBar()->tabRect(tabs->indexOf(page)).center());
-                return;
-            }
         }
     }
+}
 
-    static void typeInto(QWidget *field, const QString &text)
-    {
-        clickTabOf(field);
-        QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClick(field, Qt::Key_Delete);
-        QTest::keyClicks(field, text);
-    }
-
-    static QPushButton *okButtonOf(QWidget *dialog)
-    {
-        return dialog->findChild<QDialogButtonBox *>(QString(), Qt::FindDirectChildrenOnly)->button(QDialogButtonBox::Ok);
-    }
-
-    static bool clickPrint(PdePrintDialog &dialog)
-    {
-        QTest::mouseClick(okButtonOf(&dialog), Qt::LeftButton);
-        return dialog.result() == QDialog::Accepted;
-    }
-
-    // The job's attributes as the scheduler keeps them, "name=value".
-    static QStringList jobAttributes(int job)
-    {
-        QStringList seen;
-        ipp_t *request = ippNewRequest(IPP_OP_GET_JOB_ATTRIBUTES);
-        ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "job-uri", nullptr,
-                     QStringLiteral("ipp://localhost/jobs/%1").arg(job).toUtf8().constData());
-        ipp_t *response = cupsDoRequest(CUPS_HTTP_DEFAULT, request, "/");
-        for (ipp_attribute_t *attribute = ippFirstAttribute(response); attribute != nullptr; attribute = ippNextAttribute(response)) {
-            char value[1024];
-            if (ippGetGroupTag(attribute) == IPP_TAG_JOB && ippGetName(attribute) != nullptr) {
-                ippAttributeString(attribute, value, sizeof value);
-                seen.append(QString::fromUtf8(ippGetName(attribute)) + u'=' + QString::fromUtf8(value));
-            }
-        }
-        ippDelete(response);
-        return seen;
-    }
-
-    // The options the filter saw for `job`, as "name=value".
-    static QStringList optionsSeenByFilter(int job)
-    {
-        const std::optional<QByteArray> options = cupsd->optionsOfJob(job);
-        if (!options)
-            return {QStringLiteral("<the filter never ran>")};
-        cups_option_t *parsed = nullptr;
-        const int count = cupsParseOptions(options->constData(), 0, &parsed);
-        QStringList seen;
-        for (int i = 0; i < count; ++i)
-            seen.append(QString::fromUtf8(parsed[i].name) + u'=' + QString::fromUtf8(parsed[i].value));
-        cupsFreeOptions(count, parsed);
-        return seen;
-    }
-
-    static inline bool colourQueued = false;
-};
-
-struct SettingRow {
-    const char *name;
-    std::function<void(PdePrintDialog &)> inDialog;
-    std::function<void(QDialog &)> inProperties;
-    std::vector<const char *> expected; // "name=value" the filter or the scheduler has
-};
-
-QComboBox *comboWithItem(QWidget *parent, const QString &text)
+void typeInto(QWidget *field, const QString &text)
 {
-    for (QComboBox *combo : parent->findChildren<QComboBox *>()) {
-        if (combo->findText(text) >= 0)
-            return combo;
-    }
-    return nullptr;
+    clickTabOf(field);
+    QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(field, Qt::Key_Delete);
+    QTest::keyClicks(field, text);
 }
 
 void chooseItem(QComboBox *combo, const QString &text)
@@ -168,111 +79,108 @@ void chooseItem(QComboBox *combo, const QString &text)
         QTest::keyClick(combo, Qt::Key_Down);
 }
 
+// Does with the control `name` in `window` what a user does: turns a button
+// on, chooses the item `value` in a list (in the one that has it when `name`
+// is empty), types `value` into a field.
+void use(QWidget &window, const char *name, const char *value)
+{
+    const QString text = QString::fromUtf8(value);
+    QWidget *control = window.findChild<QWidget *>(QLatin1StringView(name));
+    for (QComboBox *combo : window.findChildren<QComboBox *>()) {
+        if (*name == '\0' && combo->findText(text) >= 0)
+            control = combo;
+    }
+    clickTabOf(control);
+    if (auto *button = qobject_cast<QAbstractButton *>(control); button != nullptr && !button->isChecked())
+        QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(4, button->height() / 2));
+    else if (auto *combo = qobject_cast<QComboBox *>(control))
+        chooseItem(combo, text);
+    else if (button == nullptr)
+        typeInto(control, text);
+}
+
+QPushButton *okButtonOf(QWidget *dialog)
+{
+    return dialog->findChild<QDialogButtonBox *>(QString(), Qt::FindDirectChildrenOnly)->button(QDialogButtonBox::Ok);
+}
+
+// Print clicked: what became of `file`; an error when the dialog stays open.
+PrintOutcome clickPrint(PdePrintDialog &dialog, const QString &file = kDocument)
+{
+    QTest::mouseClick(okButtonOf(&dialog), Qt::LeftButton);
+    if (dialog.result() != QDialog::Accepted)
+        return {0, {}, u"<the dialog stayed open>"_s};
+    return dialog.printFiles({file}, QFileInfo(file).fileName());
+}
+
+using PrintDialog = EndToEnd;
+
+struct SettingRow {
+    const char *name;
+    bool inProperties; // in Qt's Properties dialog, else in the print dialog
+    std::vector<std::pair<const char *, const char *>> controls; // used in this order
+    std::vector<const char *> expected;                          // "name=value" the filter or the scheduler has
+};
+
 TEST_F(PrintDialog, EverySettingReachesTheFilterAsQtsCupsPrintingSendsIt)
 {
-    const auto click = [](const char *name) {
-        return [name](QWidget &dialog) {
-            auto *button = dialog.findChild<QAbstractButton *>(QLatin1StringView(name));
-            PrintDialog::clickTabOf(button);
-            QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(4, button->height() / 2));
-        };
-    };
-    const auto choose = [](const char *name, const char *item) {
-        return [name, item](QWidget &dialog) {
-            auto *combo = *name != '\0' ? dialog.findChild<QComboBox *>(QLatin1StringView(name))
-                                        : comboWithItem(&dialog, QString::fromUtf8(item));
-            PrintDialog::clickTabOf(combo);
-            chooseItem(combo, QString::fromUtf8(item));
-        };
-    };
-    const auto type = [](const char *name, const char *text) {
-        return [name, text](QWidget &dialog) {
-            PrintDialog::typeInto(dialog.findChild<QWidget *>(QLatin1StringView(name)), QString::fromUtf8(text));
-        };
-    };
     const SettingRow rows[] = {
-        {"nothing chosen: not held although the queue holds jobs", {}, {},
+        {"nothing chosen: not held although the queue holds jobs", false, {},
          {"job-hold-until=no-hold", "media=A4", "orientation-requested=3", "copies=1", "sides=one-sided",
           "outputorder=normal", "print-color-mode=color"}},
-        {"three collated copies", [&](PdePrintDialog &d) { type("copies", "3")(d); if (!d.findChild<QCheckBox *>(QStringLiteral("collate"))->isChecked()) click("collate")(d); },
-         {}, {"copies=3", "Collate=true"}},
-        {"pages 2 to 4", [&](PdePrintDialog &d) { click("printRange")(d); type("from", "2")(d); type("to", "4")(d); },
-         {}, {"page-ranges=2-4"}},
-        {"two-sided, short edge", click("duplexShort"), {}, {"sides=two-sided-short-edge"}},
-        {"reverse order", click("reverse"), {}, {"outputorder=reverse"}},
-        {"landscape", {}, click("landscape"), {"orientation-requested=4"}},
-        {"US Letter", {}, choose("pageSizeCombo", "US Letter"), {"media=Letter"}},
-        {"four pages per sheet", {}, choose("pagesPerSheetCombo", "4 (2x2)"), {"number-up=4", "number-up-layout=lrtb"}},
-        {"grayscale from the PPD's colour model", {}, choose("", "Grayscale"), {"ColorModel=Gray", "print-color-mode=monochrome"}},
-        {"paper from tray 2", {}, choose("", "Tray 2"), {"InputSlot=Tray2"}},
-        {"billing information", {}, type("jobBillingLineEdit", "dept-7"), {"job-billing=dept-7"}},
-        {"job priority", {}, type("jobPrioritySpinBox", "80"), {"job-priority=80"}},
-        {"hold indefinitely", {}, choose("jobHoldComboBox", "Hold Indefinitely"),
+        {"three collated copies", false, {{"copies", "3"}, {"collate", ""}}, {"copies=3", "Collate=true"}},
+        {"pages 2 to 4", false, {{"printRange", ""}, {"from", "2"}, {"to", "4"}}, {"page-ranges=2-4"}},
+        {"two-sided, short edge", false, {{"duplexShort", ""}}, {"sides=two-sided-short-edge"}},
+        {"reverse order", false, {{"reverse", ""}}, {"outputorder=reverse"}},
+        {"landscape", true, {{"landscape", ""}}, {"orientation-requested=4"}},
+        {"US Letter", true, {{"pageSizeCombo", "US Letter"}}, {"media=Letter"}},
+        {"four pages per sheet", true, {{"pagesPerSheetCombo", "4 (2x2)"}}, {"number-up=4", "number-up-layout=lrtb"}},
+        {"grayscale from the PPD's colour model", true, {{"", "Grayscale"}},
+         {"ColorModel=Gray", "print-color-mode=monochrome"}},
+        {"paper from tray 2", true, {{"", "Tray 2"}}, {"InputSlot=Tray2"}},
+        {"billing information", true, {{"jobBillingLineEdit", "dept-7"}}, {"job-billing=dept-7"}},
+        {"job priority", true, {{"jobPrioritySpinBox", "80"}}, {"job-priority=80"}},
+        {"hold indefinitely", true, {{"jobHoldComboBox", "Hold Indefinitely"}},
          {"job-hold-until=indefinite", "job-state=pending-held"}},
     };
     for (const SettingRow &row : rows) {
         QPrinter printer;
         const std::unique_ptr<PdePrintDialog> dialog = openDialog(printer, kColour);
-        if (row.inDialog)
-            row.inDialog(*dialog);
-        if (row.inProperties) {
+        const auto useControls = [&row](QWidget &window) {
+            for (const auto &[name, value] : row.controls)
+                use(window, name, value);
+        };
+        if (!row.inProperties) {
+            useControls(*dialog);
+        } else {
             // Qt's Properties dialog is modal: it is driven once it shows.
-            QTimer::singleShot(0, [&row] {
+            QTimer::singleShot(0, [&useControls] {
                 auto *properties = qobject_cast<QDialog *>(QApplication::activeModalWidget());
                 ASSERT_NE(properties, nullptr);
-                row.inProperties(*properties);
+                useControls(*properties);
                 QTest::mouseClick(okButtonOf(properties), Qt::LeftButton);
             });
-            QTest::mouseClick(dialog->findChild<QAbstractButton *>(QStringLiteral("properties")), Qt::LeftButton);
+            QTest::mouseClick(dialog->findChild<QAbstractButton *>(u"properties"_s), Qt::LeftButton);
         }
-        ASSERT_TRUE(clickPrint(*dialog)) << row.name;
-        const pdehost::PrintOutcome outcome = dialog->printFiles({kDocument}, kTitle);
+        const PrintOutcome outcome = clickPrint(*dialog);
         ASSERT_EQ(outcome.error, QString()) << row.name;
         // The scheduler hands the filter the copies on their own and keeps
-        // the priority and the hold to itself.
+        // the priority and the hold to itself; a held job has no filter yet.
         const QStringList kept = jobAttributes(outcome.job);
-        std::optional<QStringList> seen;
+        const QStringList seen =
+            kept.contains(u"job-state=pending-held"_s) ? QStringList() : optionsSeenByFilter(outcome.job);
         for (const char *option : row.expected) {
             const QString expected = QString::fromUtf8(option);
-            const bool scheduler = QStringList{QStringLiteral("copies"), QStringLiteral("job-priority"),
-                                               QStringLiteral("job-hold-until"), QStringLiteral("job-state")}
+            const bool scheduler = QStringList{u"copies"_s, u"job-priority"_s, u"job-hold-until"_s, u"job-state"_s}
                                        .contains(expected.section(u'=', 0, 0));
-            if (!scheduler && !seen)
-                seen = optionsSeenByFilter(outcome.job);
-            const QStringList &where = scheduler ? kept : *seen;
-            EXPECT_TRUE(where.contains(expected)) << row.name << ": " << option << " not in " << qPrintable(where.join(u' '));
+            EXPECT_TRUE((scheduler ? kept : seen).contains(expected))
+                << row.name << ": " << option << " not in " << qPrintable((scheduler ? kept : seen).join(u' '));
         }
     }
 }
 
-TEST_F(PrintDialog, TheJobGoesToThePrinterOrFileChosen)
+TEST_F(PrintDialog, PrintToFileLaysOutTextAndCopiesAPdfAsItIsWithoutAJob)
 {
-    QString error;
-    pde::PrintSettings saved;
-    saved.setValue(kPrefix + QStringLiteral("PrintType"), QStringLiteral("4"));
-    saved.setValue(kPrefix + QStringLiteral("PrintTypeUserName"), QStringLiteral("saved-user"));
-    ASSERT_TRUE(pdehost::updateLpOptions(pdehost::userLpOptionsPath(), kColour, saved, {}, &error)) << qPrintable(error);
-
-    // Another printer under Name: its own panels with its saved settings.
-    {
-        QPrinter printer;
-        const std::unique_ptr<PdePrintDialog> dialog = openDialog(printer, QStringLiteral("e2e"));
-        QTest::keyClicks(dialog->findChild<QComboBox *>(QStringLiteral("printers")), kColour);
-        ASSERT_NE(dialog->panels(), nullptr) << qPrintable(dialog->problem());
-        EXPECT_EQ(dialog->panels()->session().destinationName(), kColour);
-        ASSERT_NE(dialog->panelTab(0), nullptr);
-        EXPECT_EQ(dialog->panelTab(0)->findChild<QLineEdit *>(QStringLiteral("userNameTextField"))->text(),
-                  QStringLiteral("saved-user"));
-        EXPECT_TRUE(dialog->summaryLines().contains(QStringLiteral("Printer: ") + kColour));
-        ASSERT_TRUE(clickPrint(*dialog));
-        const pdehost::PrintOutcome outcome = dialog->printFiles({kDocument}, kTitle);
-        ASSERT_EQ(outcome.error, QString());
-        EXPECT_TRUE(jobAttributes(outcome.job).filter(QStringLiteral("job-printer-uri=")).value(0).endsWith(QStringLiteral("/printers/") + kColour));
-        EXPECT_EQ(recordSeenByFilter(outcome.job).value(2), QStringLiteral("saved-user"));
-    }
-
-    // Print to File: the text laid out into a PDF, then that PDF copied as
-    // it is; no job either time.
     const auto jobCount = [] {
         cups_job_t *jobs = nullptr;
         const int count = cupsGetJobs2(CUPS_HTTP_DEFAULT, &jobs, nullptr, 0, CUPS_WHICHJOBS_ALL);
@@ -281,17 +189,16 @@ TEST_F(PrintDialog, TheJobGoesToThePrinterOrFileChosen)
     };
     const int jobsBefore = jobCount();
     QTemporaryDir folder;
-    const QString rendered = folder.filePath(QStringLiteral("rendered.pdf"));
-    const QString copied = folder.filePath(QStringLiteral("copied.pdf"));
+    const QString rendered = folder.filePath(u"rendered.pdf"_s);
+    const QString copied = folder.filePath(u"copied.pdf"_s);
     for (const auto &[input, output] : {std::pair{kDocument, rendered}, std::pair{rendered, copied}}) {
         QPrinter printer;
-        const std::unique_ptr<PdePrintDialog> dialog = openDialog(printer, QStringLiteral("e2e"));
-        auto *printers = dialog->findChild<QComboBox *>(QStringLiteral("printers"));
+        const std::unique_ptr<PdePrintDialog> dialog = openDialog(printer);
+        auto *printers = dialog->findChild<QComboBox *>(u"printers"_s);
         chooseItem(printers, printers->itemText(printers->count() - 1));
         EXPECT_EQ(dialog->panelTab(0), nullptr) << "a file has no panels";
-        typeInto(dialog->findChild<QLineEdit *>(QStringLiteral("filename")), output);
-        ASSERT_TRUE(clickPrint(*dialog));
-        const pdehost::PrintOutcome outcome = dialog->printFiles({input}, QFileInfo(input).fileName());
+        typeInto(dialog->findChild<QLineEdit *>(u"filename"_s), output);
+        const PrintOutcome outcome = clickPrint(*dialog, input);
         EXPECT_EQ(outcome.error, QString()) << qPrintable(output);
         EXPECT_EQ(outcome.job, 0);
         QFile written(output);
@@ -305,74 +212,88 @@ TEST_F(PrintDialog, TheJobGoesToThePrinterOrFileChosen)
     EXPECT_EQ(jobCount(), jobsBefore);
 }
 
-TEST_F(PrintDialog, SavedDefaultsStayPrivateKeepEmptyValuesAndCanBeCleared)
+TEST_F(PrintDialog, SavedDefaultsStayPrivateComeBackWithTheirPrinterAndCanBeCleared)
 {
     QList<pde::Alert> alerts;
-    const pde::AlertHandler previous = pde::setAlertHandler([&alerts](const pde::Alert &alert) { alerts.append(alert); });
+    const pde::AlertHandler previous =
+        pde::setAlertHandler([&alerts](const pde::Alert &alert) { alerts.append(alert); });
     const QString systemFile = pdehost::systemLpOptionsPath();
     const bool systemFileExisted = QFileInfo::exists(systemFile);
+    const auto driver = [](PdePrintDialog &dialog) {
+        return pdehost::PanelDriver(dialog.panels()->panels().front().panel->panelView());
+    };
+    const auto userNameField = [](PdePrintDialog &dialog) {
+        return dialog.panelTab(0)->findChild<QLineEdit *>(u"userNameTextField"_s);
+    };
     {
         QPrinter printer;
-        const std::unique_ptr<PdePrintDialog> dialog = openDialog(printer, QStringLiteral("e2e"));
-        QWidget *view = dialog->panels()->panels().front().panel->panelView();
-        pdehost::PanelDriver driver(view);
-        ASSERT_EQ(driver.enter(QStringLiteral("printType"), QStringLiteral("1")), std::nullopt);
-        ASSERT_EQ(driver.enter(QStringLiteral("userName"), QString()), std::nullopt);
+        const std::unique_ptr<PdePrintDialog> dialog = openDialog(printer, kColour);
+        ASSERT_EQ(driver(*dialog).enter(u"printType"_s, u"1"_s), std::nullopt);
+        ASSERT_EQ(driver(*dialog).enter(u"userName"_s, QString()), std::nullopt);
 
         // No user ID: the panel refuses, the dialog stays open on its tab
         // with the focus in the user ID.
-        EXPECT_FALSE(clickPrint(*dialog));
+        EXPECT_NE(clickPrint(*dialog).error, QString());
         EXPECT_TRUE(dialog->isVisible());
         ASSERT_EQ(alerts.size(), 1);
-        EXPECT_EQ(dialog->focusWidget(), view->findChild<QLineEdit *>(QStringLiteral("userNameTextField")));
+        EXPECT_EQ(dialog->focusWidget(), userNameField(*dialog));
 
-        ASSERT_EQ(driver.enter(QStringLiteral("userName"), QStringLiteral("hanako")), std::nullopt);
-        ASSERT_EQ(driver.enter(QStringLiteral("password"), QStringLiteral("9753")), std::nullopt);
-        ASSERT_EQ(driver.enter(QStringLiteral("documentNameType"), QStringLiteral("1")), std::nullopt);
-        ASSERT_EQ(driver.enter(QStringLiteral("documentName"), QString()), std::nullopt);
+        for (const auto &[key, value] : {std::pair{"userName", "hanako"}, {"password", "9753"},
+                                         {"documentNameType", "1"}, {"documentName", ""}})
+            ASSERT_EQ(driver(*dialog).enter(QString::fromUtf8(key), QString::fromUtf8(value)), std::nullopt) << key;
         auto *save = dialog->findChild<QCheckBox *>();
         QTest::mouseClick(save, Qt::LeftButton, {}, QPoint(4, save->height() / 2));
-        EXPECT_TRUE(dialog->saveAsPrinterDefaults());
-        ASSERT_TRUE(clickPrint(*dialog));
-        const pdehost::PrintOutcome outcome = dialog->printFiles({kDocument}, kTitle);
-        ASSERT_EQ(outcome.error, QString());
-        EXPECT_EQ(recordSeenByFilter(outcome.job).value(2), QStringLiteral("hanako"));
+        ASSERT_EQ(clickPrint(*dialog).error, QString());
     }
     pde::setAlertHandler(previous);
 
     // The user's own file, private; the system-wide one untouched.
-    EXPECT_EQ(QFile::permissions(pdehost::userLpOptionsPath()) & 0x7077, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    const auto mode = [] { return QFile::permissions(pdehost::userLpOptionsPath()) & 0x7077; };
+    EXPECT_EQ(mode(), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     EXPECT_EQ(QFileInfo::exists(systemFile), systemFileExisted);
     // The next dialog starts from them, the empty name still empty.
     QString error;
-    EXPECT_FALSE(pdehost::PrinterSession::fromDestination(QStringLiteral("absent"), {}, &error));
-    EXPECT_EQ(error, QStringLiteral("absent: no such printer")) << "nothing but what is wrong";
-    std::unique_ptr<pdehost::PrinterSession> next = pdehost::PrinterSession::fromDestination(QStringLiteral("e2e"), {}, &error);
+    EXPECT_FALSE(pdehost::PrinterSession::fromDestination(u"absent"_s, {}, &error));
+    EXPECT_EQ(error, u"absent: no such printer"_s) << "nothing but what is wrong";
+    std::unique_ptr<pdehost::PrinterSession> next = pdehost::PrinterSession::fromDestination(kColour, {}, &error);
     ASSERT_TRUE(next) << qPrintable(error);
-    EXPECT_EQ(next->printSettings()->value(kPrefix + QStringLiteral("PrintTypeUserName")), QVariant(QStringLiteral("hanako")));
-    EXPECT_EQ(next->printSettings()->value(kPrefix + QStringLiteral("DocumentName")), QVariant(QString()));
+    EXPECT_EQ(next->printSettings()->value(kPrefix + u"PrintTypeUserName"_s), QVariant(u"hanako"_s));
+    EXPECT_EQ(next->printSettings()->value(kPrefix + u"DocumentName"_s), QVariant(QString()));
+
+    // The printer chosen under Name brings its own panels with its saved
+    // settings, and the job goes to it.
+    {
+        QPrinter printer;
+        const std::unique_ptr<PdePrintDialog> dialog = openDialog(printer);
+        QTest::keyClicks(dialog->findChild<QComboBox *>(u"printers"_s), kColour);
+        ASSERT_NE(dialog->panelTab(0), nullptr) << qPrintable(dialog->problem());
+        EXPECT_TRUE(dialog->summaryLines().contains(u"Printer: "_s + kColour));
+        ASSERT_EQ(driver(*dialog).enter(u"password"_s, u"9753"_s), std::nullopt);
+        const PrintOutcome outcome = clickPrint(*dialog);
+        ASSERT_EQ(outcome.error, QString());
+        EXPECT_TRUE(jobAttribute(outcome.job, u"job-printer-uri"_s).endsWith(u"/printers/"_s + kColour));
+        EXPECT_EQ(recordSeenByFilter(outcome.job).value(2), u"hanako"_s);
+    }
 
     // Cleared from the Summary tab: the record leaves the file, whose mode
     // the user chose stays.
-    ASSERT_TRUE(QFile::setPermissions(pdehost::userLpOptionsPath(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup));
+    const QFileDevice::Permissions chosen = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup;
+    ASSERT_TRUE(QFile::setPermissions(pdehost::userLpOptionsPath(), chosen));
     {
         QPrinter printer;
-        const std::unique_ptr<PdePrintDialog> dialog = openDialog(printer, QStringLiteral("e2e"));
+        const std::unique_ptr<PdePrintDialog> dialog = openDialog(printer, kColour);
         clickTabOf(dialog->summaryTab());
-        auto *clear = dialog->summaryTab()->findChild<QPushButton *>();
-        QTest::mouseClick(clear, Qt::LeftButton);
+        QTest::mouseClick(dialog->summaryTab()->findChild<QPushButton *>(), Qt::LeftButton);
         // With no user ID saved, the field starts with the login name again.
-        EXPECT_EQ(dialog->panels()->panels().front().panel->panelView()->findChild<QLineEdit *>(QStringLiteral("userNameTextField"))->text(),
-                  QString::fromLocal8Bit(::getpwuid(::getuid())->pw_name).left(8));
+        EXPECT_EQ(userNameField(*dialog)->text(), QString::fromLocal8Bit(::getpwuid(::getuid())->pw_name).left(8));
     }
-    EXPECT_EQ(pdehost::lpOptionsFor(pdehost::userLpOptionsPath(), QStringLiteral("e2e")).keys(), QStringList());
-    EXPECT_EQ(QFile::permissions(pdehost::userLpOptionsPath()) & 0x7077,
-              QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup);
+    EXPECT_EQ(pdehost::lpOptionsFor(pdehost::userLpOptionsPath(), kColour).keys(), QStringList());
+    EXPECT_EQ(mode(), chosen);
 }
 
 TEST_F(PrintDialog, OpensOnThePanelInTheUsersLanguageWithHelpAtHand)
 {
-    ASSERT_EQ(pdehost::installTranslations(QStringLiteral("ja")).missing, QStringList());
+    ASSERT_EQ(pdehost::installTranslations(u"ja"_s).missing, QStringList());
     QStringList helpPages;
     pde::HelpViewer &viewer = pde::HelpViewer::instance();
     const pde::HelpViewer::PageHandler previous = viewer.setPageHandler([&](const QString &book, const QUrl &page) {
@@ -381,7 +302,7 @@ TEST_F(PrintDialog, OpensOnThePanelInTheUsersLanguageWithHelpAtHand)
     });
     {
         QPrinter printer;
-        const std::unique_ptr<PdePrintDialog> dialog = openDialog(printer, QStringLiteral("e2e"));
+        const std::unique_ptr<PdePrintDialog> dialog = openDialog(printer);
         dialog->hide();
         dialog->setWindowModality(Qt::ApplicationModal);
         dialog->show();
@@ -389,62 +310,55 @@ TEST_F(PrintDialog, OpensOnThePanelInTheUsersLanguageWithHelpAtHand)
         auto *tabs = qobject_cast<QTabWidget *>(dialog->summaryTab()->parentWidget()->parentWidget());
         EXPECT_TRUE(tab->isVisible()) << "the options are shown, the panel's tab in front";
         EXPECT_EQ(tabs->currentWidget(), tab);
-        // Every tab's title fits in the tab bar at the dialog's size.
-        for (int i = 0; i < tabs->count(); ++i)
-            EXPECT_TRUE(tabs->tabBar()->rect().contains(tabs->tabBar()->tabRect(i))) << qPrintable(tabs->tabText(i));
-        EXPECT_EQ(tabs->tabText(tabs->indexOf(dialog->summaryTab())), QStringLiteral(u"概要"));
+        EXPECT_EQ(tabs->tabText(tabs->indexOf(dialog->summaryTab())), u"概要"_s);
         EXPECT_EQ(okButtonOf(dialog.get())->text(), QCoreApplication::translate("QPrintDialog", "&Print"));
-        EXPECT_NE(QCoreApplication::translate("QPrintDialog", "&Print"), QStringLiteral("&Print"));
-        EXPECT_TRUE(dialog->summaryLines().contains(QStringLiteral(u"部数: 1")));
+        EXPECT_NE(QCoreApplication::translate("QPrintDialog", "&Print"), u"&Print"_s);
+        EXPECT_TRUE(dialog->summaryLines().contains(u"部数: 1"_s));
 
         // One Help on the panel: its own, which opens its page above the
         // waiting dialog, usable, titled with the page's title.
-        const QList<QPushButton *> buttons = tab->findChildren<QPushButton *>();
-        EXPECT_EQ(buttons.size(), 2) << "the panel's Help and Defaults, nothing of the host's";
-        QTest::mouseClick(tab->findChild<QPushButton *>(QStringLiteral("helpButton")), Qt::LeftButton);
-        ASSERT_EQ(helpPages, QStringList{QStringLiteral("SecureJobType.html")});
+        EXPECT_EQ(tab->findChildren<QPushButton *>().size(), 2) << "the panel's Help and Defaults, none of the host's";
+        QTest::mouseClick(tab->findChild<QPushButton *>(u"helpButton"_s), Qt::LeftButton);
+        ASSERT_EQ(helpPages, QStringList{u"SecureJobType.html"_s});
         auto *window = dialog->findChild<QDialog *>(QString(), Qt::FindDirectChildrenOnly);
         ASSERT_NE(window, nullptr) << "the help window belongs to the waiting dialog";
         EXPECT_TRUE(window->isVisible());
         EXPECT_FALSE(window->isModal());
-        EXPECT_EQ(window->windowTitle(), QStringLiteral(u"ジョブタイプ"));
+        EXPECT_EQ(window->windowTitle(), u"ジョブタイプ"_s);
         EXPECT_NE(window->findChild<QTextBrowser *>()->toPlainText(), QString());
         QTest::keyClick(window, Qt::Key_Escape);
         EXPECT_FALSE(window->isVisible());
     }
     viewer.setPageHandler(previous);
-    pdehost::installTranslations(QStringLiteral("en"));
+    pdehost::installTranslations(u"en"_s);
     pde::setPreferredLanguages(std::nullopt);
     QLocale::setDefault(QLocale::system());
 }
 
 TEST_F(PrintDialog, ARealXWindowShowsTheJobTypeTabWhole)
 {
-    const QString xvfb = QStandardPaths::findExecutable(QStringLiteral("Xvfb"));
+    const QString xvfb = QStandardPaths::findExecutable(u"Xvfb"_s);
     if (xvfb.isEmpty())
         GTEST_SKIP() << "Xvfb is not installed (Debian package xvfb; scripts/setup-deps installs it)";
     QProcess server;
     server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    server.start(xvfb, {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"), QStringLiteral("0"),
-                        QStringLiteral("1280x1024x24"), QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+    server.start(xvfb, words("-displayfd 1 -screen 0 1280x1024x24 -nolisten tcp"));
     ASSERT_TRUE(server.waitForReadyRead(15000)) << "Xvfb did not start";
-    const QString display = u':' + QString::fromLatin1(server.readLine().trimmed());
 
     QTemporaryDir folder;
-    const QString picturePath = folder.filePath(QStringLiteral("dialog.png"));
+    const QString picturePath = folder.filePath(u"dialog.png"_s);
     QProcess print;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("DISPLAY"), display);
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    environment.insert(u"DISPLAY"_s, u':' + QString::fromLatin1(server.readLine().trimmed()));
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
     // Under AddressSanitizer: libxkbcommon-x11 copies the X server's
     // unterminated names with strndup, which the strict string check takes
     // for an overflow.
-    if (environment.contains(QStringLiteral("ASAN_OPTIONS")))
-        environment.insert(QStringLiteral("ASAN_OPTIONS"), environment.value(QStringLiteral("ASAN_OPTIONS")) + QStringLiteral(":strict_string_checks=0"));
+    if (environment.contains(u"ASAN_OPTIONS"_s))
+        environment.insert(u"ASAN_OPTIONS"_s, environment.value(u"ASAN_OPTIONS"_s) + u":strict_string_checks=0"_s);
     print.setProcessEnvironment(environment);
-    print.start(QStringLiteral(PDE_PRINT_BINARY), {QStringLiteral("--bundle"), kBundle, QStringLiteral("--printer"),
-                                                   QStringLiteral("e2e"), QStringLiteral("--lang"), QStringLiteral("ja"),
-                                                   QStringLiteral("--screenshot"), picturePath, kDocument});
+    print.start(QStringLiteral(PDE_PRINT_BINARY),
+                forPrinter(u"e2e"_s, words("--lang ja --screenshot") + QStringList{picturePath, kDocument}));
     const bool finished = print.waitForFinished(60000);
     server.terminate();
     server.waitForFinished(10000);
@@ -457,13 +371,13 @@ TEST_F(PrintDialog, ARealXWindowShowsTheJobTypeTabWhole)
         const QStringList n = place.split(u',');
         return n.size() == 4 ? QRect(n[0].toInt(), n[1].toInt(), n[2].toInt(), n[3].toInt()) : QRect();
     };
-    const QRect bar = rect(picture.text(QStringLiteral("Tab bar")));
+    const QRect bar = rect(picture.text(u"Tab bar"_s));
     ASSERT_TRUE(picture.rect().contains(bar)) << "the tab bar is on screen";
     QRect jobType;
-    for (int i = 0; !picture.text(QStringLiteral("Tab %1").arg(i)).isEmpty(); ++i) {
-        const QString entry = picture.text(QStringLiteral("Tab %1").arg(i));
+    for (int i = 0; !picture.text(u"Tab %1"_s.arg(i)).isEmpty(); ++i) {
+        const QString entry = picture.text(u"Tab %1"_s.arg(i));
         EXPECT_TRUE(bar.contains(rect(entry.section(u'|', 1)))) << qPrintable(entry) << " is clipped";
-        if (entry.startsWith(QStringLiteral(u"ジョブタイプ")))
+        if (entry.startsWith(u"ジョブタイプ"_s))
             jobType = rect(entry.section(u'|', 1));
     }
     ASSERT_TRUE(jobType.isValid()) << "no Job Type tab";

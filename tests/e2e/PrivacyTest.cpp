@@ -4,7 +4,6 @@
 // and still handed to the printer's filter byte for byte.
 #include "EndToEndFixture.h"
 
-#include "host/OrderedJson.h"
 #include "host/RecordPrivacy.h"
 #include "pdekit/Bundle.h"
 
@@ -24,28 +23,25 @@ TEST_F(Privacy, ProtectRecordHidesTheRecordFromOtherUsersButNotFromTheFilter)
     const pde::Bundle *bundle = pde::Bundle::open(kBundle);
     ASSERT_NE(bundle, nullptr);
     const QStringList keys = pdehost::privateSettingsKeys(*bundle);
-    ASSERT_TRUE(keys.contains(kPrefix + QStringLiteral("PrintTypePassword"))) << qPrintable(keys.join(u' '));
-    ASSERT_TRUE(keys.contains(kPrefix + QStringLiteral("PrintTypeUserName")));
+    ASSERT_TRUE(keys.contains(kPrefix + u"PrintTypePassword"_s)) << qPrintable(keys.join(u' '));
+    ASSERT_TRUE(keys.contains(kPrefix + u"PrintTypeUserName"_s));
 
-    const QStringList secure{QStringLiteral("--printer"), QStringLiteral("e2e"), QStringLiteral("--set"), QStringLiteral("printType=1"),
-                             QStringLiteral("--set"), QStringLiteral("userName=taro"), QStringLiteral("--password-stdin")};
-    const std::unique_ptr<QProcess> record = runHost(secure + QStringList{QStringLiteral("record")}, "2468\n");
-    const std::optional<pdehost::OrderedStrings> entries = pdehost::parseStringObject(record->readAllStandardOutput(), nullptr);
-    ASSERT_TRUE(entries);
+    const QStringList secure = words("--set printType=1 --set userName=taro --password-stdin");
+    const QStringList record = recordIn(runHost(forPrinter(u"e2e"_s, QStringList{u"record"_s} + secure), "2468\n").out);
     const auto printed = [&secure] {
-        const std::unique_ptr<QProcess> print = runHost(secure + QStringList{QStringLiteral("print"), kDocument}, "2468\n");
-        EXPECT_EQ(print->exitCode(), 0) << print->readAllStandardError().constData();
-        return QString::fromUtf8(print->readAllStandardOutput()).trimmed().section(u'-', -1).toInt();
+        const HostRun print = runHost(forPrinter(u"e2e"_s, QStringList{u"print"_s, kDocument} + secure), "2468\n");
+        EXPECT_EQ(print.exitCode, 0) << qPrintable(print.err);
+        return print.out.trimmed().section(u'-', -1).toInt();
     };
     const auto configuration = [] {
-        QFile file(cupsd->serverRoot() + QStringLiteral("/cupsd.conf"));
+        QFile file(cupsd->serverRoot() + u"/cupsd.conf"_s);
         file.open(QIODevice::ReadOnly);
         return file.readAll();
     };
     const auto shownToOthers = [&keys](int job) {
         QString error;
         const std::optional<QStringList> shown = pdehost::recordKeysShownToOthers(job, keys, &error);
-        return (shown ? shown->join(u' ') : QStringLiteral("<cannot tell: %1>").arg(error)).toStdString();
+        return (shown ? shown->join(u' ') : u"<cannot tell: %1>"_s.arg(error)).toStdString();
     };
 
     const int before = printed();
@@ -54,15 +50,14 @@ TEST_F(Privacy, ProtectRecordHidesTheRecordFromOtherUsersButNotFromTheFilter)
     EXPECT_EQ(shownToOthers(0), shownToOthers(before)) << "the newest own job is the one asked about";
 
     const QByteArray stock = configuration();
-    const std::unique_ptr<QProcess> dryRun = runHost({QStringLiteral("protect-record"), QStringLiteral("--dry-run")});
-    ASSERT_EQ(dryRun->exitCode(), 0) << dryRun->readAllStandardError().constData();
-    EXPECT_TRUE(dryRun->readAllStandardOutput().contains("+   JobPrivateValues " + kPrefix.toUtf8()));
+    const HostRun dryRun = runHost({u"--bundle"_s, kBundle, u"protect-record"_s, u"--dry-run"_s});
+    ASSERT_EQ(dryRun.exitCode, 0) << qPrintable(dryRun.err);
+    EXPECT_TRUE(dryRun.out.contains(u"+   JobPrivateValues "_s + kPrefix));
     EXPECT_EQ(configuration(), stock) << "a dry run writes nothing";
 
-    const std::unique_ptr<QProcess> protect = runHost({QStringLiteral("protect-record")});
-    ASSERT_EQ(protect->exitCode(), 0) << protect->readAllStandardError().constData();
+    const HostRun protect = runHost({u"--bundle"_s, kBundle, u"protect-record"_s});
+    ASSERT_EQ(protect.exitCode, 0) << qPrintable(protect.err);
     EXPECT_TRUE(configuration().contains("JobPrivateValues " + kPrefix.toUtf8()));
-
     // The scheduler restarts with the new policy once it is idle.
     QElapsedTimer waited;
     waited.start();
@@ -70,24 +65,15 @@ TEST_F(Privacy, ProtectRecordHidesTheRecordFromOtherUsersButNotFromTheFilter)
         QThread::msleep(200);
     EXPECT_EQ(shownToOthers(before), "") << "the job history is hidden as well";
 
-    const std::unique_ptr<QProcess> again = runHost({QStringLiteral("protect-record")});
-    EXPECT_EQ(again->exitCode(), 0);
-    EXPECT_TRUE(again->readAllStandardOutput().contains("nothing to change"));
+    const HostRun again = runHost({u"--bundle"_s, kBundle, u"protect-record"_s});
+    EXPECT_EQ(again.exitCode, 0);
+    EXPECT_TRUE(again.out.contains(u"nothing to change"_s));
 
     const int after = printed();
     ASSERT_GT(after, 0);
     EXPECT_EQ(shownToOthers(after), "");
-    QStringList expected;
-    for (const char *suffix : kSuffixes) {
-        QString value = QStringLiteral("<absent>");
-        for (const auto &[key, entry] : *entries) {
-            if (key == kPrefix + QLatin1StringView(suffix))
-                value = entry;
-        }
-        expected.append(value);
-    }
-    EXPECT_EQ(recordSeenByFilter(after), expected) << "the filter still gets the record";
-    EXPECT_FALSE(expected[3].isEmpty());
+    EXPECT_EQ(recordSeenByFilter(after), record) << "the filter still gets the record";
+    EXPECT_FALSE(record[3].isEmpty());
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A CUPS scheduler of the test's own: its configuration, spool and logs in a
-// temporary folder, listening on a free loopback port, with a queue whose
+// temporary folder, listening on a free loopback port, with queues whose
 // filter writes the job options it receives to a file. No system CUPS
 // setting is read or touched; the scheduler is stopped by its process id.
 #pragma once
@@ -19,26 +19,26 @@ class PrivateCupsd
 {
 public:
     PrivateCupsd();
-    ~PrivateCupsd();
+    ~PrivateCupsd() { stop(); }
 
     // Why the scheduler is not running (not installed, did not start).
     const QString &problem() const { return m_problem; }
     bool running() const { return m_problem.isEmpty(); }
 
     // "127.0.0.1:<port>", for CUPS_SERVER.
-    QString server() const;
-    // The folder that stands for the system's CUPS folder (lpoptions).
+    QString server() const { return QStringLiteral("127.0.0.1:%1").arg(m_port); }
+    // The folder that stands for the system's CUPS folder (cupsd.conf).
     QString serverRoot() const { return m_dir.path(); }
 
     // Adds a queue from `ppd` (the record filter added to it), with lpadmin's
     // `-o` settings (such as "job-hold-until-default=indefinite"). False,
-    // with lpadmin's output in problem(), when it fails.
+    // with the reason in problem(), when it fails.
     bool addQueue(const QString &name, const QString &ppd, const QStringList &settings = {});
 
     // What the scheduler wrote to its error and access logs.
     QByteArray logs() const;
 
-    // The job options the filter saw for job `id`, as the filter's sixth
+    // The job options the filter saw for job `id`, as the filter's fifth
     // argument, once it ran; nullopt after the timeout.
     std::optional<QByteArray> optionsOfJob(int id, int timeoutMs = 30000) const;
 
@@ -49,7 +49,7 @@ public:
     bool start();
 
 private:
-    bool write(const QString &relative, const QByteArray &content, bool executable = false);
+    bool write(const QString &name, const QByteArray &content);
 
     QTemporaryDir m_dir;
     quint16 m_port = 0;

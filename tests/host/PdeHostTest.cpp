@@ -1,56 +1,23 @@
 // SPDX-License-Identifier: MIT
 // The pde-host command as a user runs it: its outputs, every exit status,
 // and a refused save that leaves the settings file as it was.
+#include "../e2e/EndToEndFixture.h"
+
 #include <QElapsedTimer>
 #include <QFile>
-#include <QProcess>
+#include <QFileInfo>
 #include <QTcpServer>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
-const QString kHost = QStringLiteral(PDE_HOST_BINARY);
-const QString kBundle = QStringLiteral(PDE_BUNDLE_DIR);
-const QString kPpd = QStringLiteral(PDE_SOURCE_DIR "/examples/example-mfp.ppd");
+using namespace e2e;
 
-struct HostRun {
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
-// Where a run's standard input comes from instead of `input`: a file, or
-// "closed" for none at all.
-HostRun pdeHost(const QStringList &arguments, const QByteArray &input = {}, const QStringList &environment = {},
-                const QString &stdinFrom = {})
+// pde-host with the built bundle and the example printer's PPD.
+QStringList withPrinter(const char *line)
 {
-    QProcess process;
-    if (stdinFrom == u"closed")
-        process.setChildProcessModifier([] { ::close(STDIN_FILENO); });
-    else if (!stdinFrom.isEmpty())
-        process.setStandardInputFile(stdinFrom);
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.remove(QStringLiteral("PDE_PLUGIN_PATH"));
-    for (const QString &entry : environment)
-        env.insert(entry.section(u'=', 0, 0), entry.section(u'=', 1));
-    process.setProcessEnvironment(env);
-    process.start(kHost, arguments);
-    if (stdinFrom.isEmpty())
-        process.write(input);
-    process.closeWriteChannel();
-    process.waitForFinished(60000);
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
-
-QStringList withPrinter(const QStringList &rest)
-{
-    return QStringList{QStringLiteral("--bundle"), kBundle, QStringLiteral("--ppd"), kPpd} + rest;
+    return forPrinter(kPpd, words(line));
 }
 
 struct StatusRow {
@@ -63,32 +30,38 @@ struct StatusRow {
 TEST(PdeHost, EveryExitStatusWithAMessageThatNamesTheProblem)
 {
     QTemporaryDir dir;
-    const QString fifo = dir.filePath(QStringLiteral("fifo"));
+    const QString fifo = dir.filePath(u"fifo"_s);
     ASSERT_EQ(::mkfifo(fifo.toUtf8().constData(), 0600), 0);
-    const QStringList secure{QStringLiteral("record"), QStringLiteral("--password-stdin"), QStringLiteral("--set"), QStringLiteral("printType=1")};
     const StatusRow rows[] = {
-        {"panels", withPrinter({QStringLiteral("panels")}), 0, {}},
-        {"no command", withPrinter({}), 1, QStringLiteral("no command")},
-        {"unknown command", withPrinter({QStringLiteral("dance")}), 1, QStringLiteral("\"dance\"")},
-        {"control characters in a message are escaped", withPrinter({QStringLiteral("\x1b[2J\x9b")}), 1, QStringLiteral("\"\\e[2J\\u009b\"")},
-        {"both printers", withPrinter({QStringLiteral("--printer"), QStringLiteral("p"), QStringLiteral("panels")}), 1, QStringLiteral("exactly one")},
-        {"set without a value", withPrinter({QStringLiteral("record"), QStringLiteral("--set"), QStringLiteral("userName")}), 1, QStringLiteral("KEY=VALUE")},
-        {"unknown format", withPrinter({QStringLiteral("record"), QStringLiteral("--format"), QStringLiteral("xml")}), 1, QStringLiteral("xml")},
-        {"missing PPD", {QStringLiteral("--bundle"), kBundle, QStringLiteral("--ppd"), QStringLiteral("/nonexistent.ppd"), QStringLiteral("panels")}, 2, QStringLiteral("/nonexistent.ppd")},
-        {"PPD that is not one", {QStringLiteral("--bundle"), kBundle, QStringLiteral("--ppd"), QStringLiteral(PDE_SOURCE_DIR "/README.md"), QStringLiteral("panels")}, 2, QStringLiteral("not a PPD file")},
-        {"settings that are a device", withPrinter({QStringLiteral("--settings"), QStringLiteral("/dev/zero"), QStringLiteral("record")}), 2, QStringLiteral("/dev/zero: not a regular file")},
-        {"settings that are a FIFO", withPrinter({QStringLiteral("--settings"), fifo, QStringLiteral("record")}), 2, QStringLiteral("fifo: not a regular file")},
-        {"bundle the printer calls for is nowhere", {QStringLiteral("--ppd"), kPpd, QStringLiteral("panels")}, 2, QStringLiteral("JobTypeQTRN.plugin")},
-        {"bundle that is not one", {QStringLiteral("--bundle"), QStringLiteral("/tmp"), QStringLiteral("--ppd"), kPpd, QStringLiteral("panels")}, 2, QStringLiteral("/tmp")},
-        {"refused save", withPrinter({QStringLiteral("record"), QStringLiteral("--set"), QStringLiteral("printType=3"), QStringLiteral("--set"), QStringLiteral("userName=")}), 3, QStringLiteral("alert: Enter a user ID.")},
-        {"disabled control", withPrinter({QStringLiteral("--option"), QStringLiteral("Option2=False"), QStringLiteral("record"), QStringLiteral("--set"), QStringLiteral("printType=1")}), 4, QStringLiteral("printType: its control is disabled")},
-        {"disabled control given the value it has", withPrinter({QStringLiteral("--option"), QStringLiteral("Option2=False"), QStringLiteral("record"), QStringLiteral("--set"), QStringLiteral("printType=0")}), 0, {}},
-        {"refused character", withPrinter({QStringLiteral("record"), QStringLiteral("--set"), QStringLiteral("printType=1"), QStringLiteral("--set"), QStringLiteral("password=12a")}), 4, QStringLiteral("password: it refused the character at position 3")},
-        {"choice that does not exist", withPrinter({QStringLiteral("record"), QStringLiteral("--set"), QStringLiteral("printType=7")}), 4, QStringLiteral("not one of its choices")},
-        {"key no panel has", withPrinter({QStringLiteral("record"), QStringLiteral("--set"), QStringLiteral("colour=red")}), 4, QStringLiteral("colour")},
+        {"panels", withPrinter("panels"), 0, {}},
+        {"no command", withPrinter(""), 1, u"no command"_s},
+        {"unknown command", withPrinter("dance"), 1, u"\"dance\""_s},
+        {"control characters in a message are escaped", forPrinter(kPpd, {u"\x1b[2J\x9b"_s}), 1,
+         u"\"\\e[2J\\u009b\""_s},
+        {"both printers", withPrinter("--printer p panels"), 1, u"exactly one"_s},
+        {"set without a value", withPrinter("record --set userName"), 1, u"KEY=VALUE"_s},
+        {"unknown format", withPrinter("record --format xml"), 1, u"xml"_s},
+        {"missing PPD", forPrinter(u"/nonexistent.ppd"_s, {u"panels"_s}), 2, u"/nonexistent.ppd"_s},
+        {"PPD that is not one", forPrinter(QStringLiteral(PDE_SOURCE_DIR "/README.md"), {u"panels"_s}), 2,
+         u"not a PPD file"_s},
+        {"settings that are a device", withPrinter("--settings /dev/zero record"), 2,
+         u"/dev/zero: not a regular file"_s},
+        {"settings that are a FIFO, never opened to wait for a writer",
+         forPrinter(kPpd, {u"--settings"_s, fifo, u"record"_s}), 2, u"fifo: not a regular file"_s},
+        {"bundle the printer calls for is nowhere", {u"--ppd"_s, kPpd, u"panels"_s}, 2, u"JobTypeQTRN.plugin"_s},
+        {"bundle that is not one", {u"--bundle"_s, u"/tmp"_s, u"--ppd"_s, kPpd, u"panels"_s}, 2, u"/tmp"_s},
+        {"refused save", withPrinter("record --set printType=3 --set userName="), 3, u"alert: Enter a user ID."_s},
+        {"disabled control", withPrinter("--option Option2=False record --set printType=1"), 4,
+         u"printType: its control is disabled"_s},
+        {"disabled control given the value it has", withPrinter("--option Option2=False record --set printType=0"), 0,
+         {}},
+        {"refused character", withPrinter("record --set printType=1 --set password=12a"), 4,
+         u"password: it refused the character at position 3"_s},
+        {"choice that does not exist", withPrinter("record --set printType=7"), 4, u"not one of its choices"_s},
+        {"key no panel has", withPrinter("record --set colour=red"), 4, u"colour"_s},
     };
     for (const StatusRow &row : rows) {
-        const HostRun run = pdeHost(row.arguments);
+        const HostRun run = runHost(row.arguments);
         EXPECT_EQ(run.exitCode, row.exitCode) << row.name << ": " << qPrintable(run.err);
         EXPECT_TRUE(run.err.contains(row.errorPart)) << row.name << ": " << qPrintable(run.err);
         EXPECT_FALSE(run.err.contains(QChar(0x1b))) << row.name << ": no escape reaches the terminal";
@@ -98,26 +71,28 @@ TEST(PdeHost, EveryExitStatusWithAMessageThatNamesTheProblem)
     }
 
     // --password-stdin takes one bounded line from a readable standard input.
-    const StatusRow stdinRows[] = {
-        {"password longer than a line may be", {QStringLiteral("/dev/zero")}, 1, QStringLiteral("longer than 1024 bytes")},
-        {"password from a folder", {QStringLiteral("/")}, 1, QStringLiteral("standard input cannot be read: ")},
-        {"password from a closed standard input", {QStringLiteral("closed")}, 1, QStringLiteral("standard input is closed")},
+    const struct {
+        const char *name;
+        QString stdinFrom;
+        QString errorPart;
+    } stdinRows[] = {
+        {"password longer than a line may be", u"/dev/zero"_s, u"longer than 1024 bytes"_s},
+        {"password from a folder", u"/"_s, u"standard input cannot be read: "_s},
+        {"password from a closed standard input", u"closed"_s, u"standard input is closed"_s},
     };
-    for (const StatusRow &row : stdinRows) {
-        const HostRun run = pdeHost(withPrinter(secure), {}, {}, row.arguments.front());
-        EXPECT_EQ(run.exitCode, row.exitCode) << row.name << ": " << qPrintable(run.err);
+    for (const auto &row : stdinRows) {
+        const HostRun run = runHost(withPrinter("record --password-stdin --set printType=1"), {}, {}, row.stdinFrom);
+        EXPECT_EQ(run.exitCode, 1) << row.name << ": " << qPrintable(run.err);
         EXPECT_TRUE(run.err.contains(row.errorPart)) << row.name << ": " << qPrintable(run.err);
     }
 }
 
 TEST(PdeHost, RecordPrintsTheSettingsInOrderAndAsLpArguments)
 {
-    const QStringList values{QStringLiteral("record"), QStringLiteral("--set"), QStringLiteral("printType=2"),
-                             QStringLiteral("--set"), QStringLiteral("userName=it's"), QStringLiteral("--option"),
-                             QStringLiteral("copies=2")};
-    const HostRun json = pdeHost(withPrinter(values));
+    const char *const values = "record --set printType=2 --set userName=it's --option copies=2";
+    const HostRun json = runHost(withPrinter(values));
     ASSERT_EQ(json.exitCode, 0) << qPrintable(json.err);
-    EXPECT_EQ(json.out, QStringLiteral(R"({
+    EXPECT_EQ(json.out, uR"({
   "copies": "2",
   "com.norvanta.qs.o.print.printsettings.SecureVersion": "201",
   "com.norvanta.qs.o.print.printsettings.PrintType": "3",
@@ -126,17 +101,18 @@ TEST(PdeHost, RecordPrintsTheSettingsInOrderAndAsLpArguments)
   "com.norvanta.qs.o.print.printsettings.DocumentNameType": "2",
   "com.norvanta.qs.o.print.printsettings.DocumentName": ""
 }
-)"));
-    const HostRun lp = pdeHost(withPrinter(values + QStringList{QStringLiteral("--format"), QStringLiteral("lp")}));
-    EXPECT_TRUE(lp.out.startsWith(QStringLiteral("-o 'copies=2' -o 'com.norvanta.qs.o.print.printsettings.SecureVersion=201'")))
+)"_s);
+    const HostRun lp = runHost(withPrinter(values) + words("--format lp"));
+    EXPECT_TRUE(lp.out.startsWith(u"-o 'copies=2' -o 'com.norvanta.qs.o.print.printsettings.SecureVersion=201'"_s))
         << qPrintable(lp.out);
 }
 
 TEST(PdeHost, SettingsAreRestoredFromAndWrittenBackOnlyAfterASuccessfulSave)
 {
     QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("settings.json"));
-    const QByteArray earlier = R"({"com.norvanta.qs.o.print.printsettings.PrintType": "4", "com.norvanta.qs.o.print.printsettings.PrintTypeUserName": "/97/44/98", "other": "kept"})";
+    const QString path = dir.filePath(u"settings.json"_s);
+    const QByteArray earlier = "{\"" + kPrefix.toUtf8() + "PrintType\": \"4\", \"" + kPrefix.toUtf8()
+                               + "PrintTypeUserName\": \"/97/44/98\", \"other\": \"kept\"}";
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(earlier);
@@ -146,15 +122,15 @@ TEST(PdeHost, SettingsAreRestoredFromAndWrittenBackOnlyAfterASuccessfulSave)
         in.open(QIODevice::ReadOnly);
         return in.readAll();
     };
+    const auto withSettings = [](const QString &file, const char *line) {
+        return forPrinter(kPpd, QStringList{u"--settings"_s, file} + words(line));
+    };
 
     // Restored: the user ID field shows "a,b".
-    const HostRun state = pdeHost(withPrinter({QStringLiteral("--settings"), path, QStringLiteral("state")}));
-    EXPECT_TRUE(state.out.contains(QStringLiteral("\"userName\": {\"value\": \"a,b\""))) << qPrintable(state.out);
+    const HostRun state = runHost(withSettings(path, "state"));
+    EXPECT_TRUE(state.out.contains(u"\"userName\": {\"value\": \"a,b\""_s)) << qPrintable(state.out);
     EXPECT_EQ(read(), earlier) << "state does not write";
-
-    const HostRun refused = pdeHost(withPrinter({QStringLiteral("--settings"), path, QStringLiteral("record"), QStringLiteral("--set"),
-                                             QStringLiteral("printType=1")}));
-    EXPECT_EQ(refused.exitCode, 3);
+    EXPECT_EQ(runHost(withSettings(path, "record --set printType=1")).exitCode, 3);
     EXPECT_EQ(read(), earlier) << "a refused save leaves the file byte for byte";
 
     const auto mode = [](const QString &file) {
@@ -163,51 +139,51 @@ TEST(PdeHost, SettingsAreRestoredFromAndWrittenBackOnlyAfterASuccessfulSave)
         return info.st_mode & 0777;
     };
     ASSERT_EQ(::chmod(path.toUtf8().constData(), 0640), 0);
-    const HostRun saved = pdeHost(withPrinter({QStringLiteral("--settings"), path, QStringLiteral("record"), QStringLiteral("--password-stdin"),
-                                           QStringLiteral("--set"), QStringLiteral("printType=1")}),
-                              "5678\n");
+    const HostRun saved = runHost(withSettings(path, "record --password-stdin --set printType=1"), "5678\n");
     ASSERT_EQ(saved.exitCode, 0) << qPrintable(saved.err);
     EXPECT_EQ(mode(path), 0640u) << "an existing file keeps its mode";
-    const QString fresh = dir.filePath(QStringLiteral("fresh.json"));
-    EXPECT_EQ(pdeHost(withPrinter({QStringLiteral("--settings"), fresh, QStringLiteral("record")})).exitCode, 0);
+    const QString fresh = dir.filePath(u"fresh.json"_s);
+    EXPECT_EQ(runHost(withSettings(fresh, "record")).exitCode, 0);
     EXPECT_EQ(mode(fresh), 0600u) << "a new file that may hold the password is its owner's alone";
-    EXPECT_FALSE(saved.out.contains(QStringLiteral("5678"))) << "the clear password never reaches the output";
+    EXPECT_FALSE(saved.out.contains(u"5678"_s)) << "the clear password never reaches the output";
     const QByteArray after = read();
-    EXPECT_TRUE(after.startsWith("{\n  \"com.norvanta.qs.o.print.printsettings.PrintType\": \"2\",\n")) << after.constData();
+    EXPECT_TRUE(after.startsWith("{\n  \"" + kPrefix.toUtf8() + "PrintType\": \"2\",\n")) << after.constData();
     EXPECT_TRUE(after.contains("\"other\": \"kept\"")) << after.constData();
 
     file.open(QIODevice::WriteOnly);
     file.write("{\"PrintType\": 5}");
     file.close();
-    const HostRun broken = pdeHost(withPrinter({QStringLiteral("--settings"), path, QStringLiteral("record")}));
+    const HostRun broken = runHost(withSettings(path, "record"));
     EXPECT_EQ(broken.exitCode, 2);
-    EXPECT_TRUE(broken.err.contains(QStringLiteral("not a string"))) << qPrintable(broken.err);
+    EXPECT_TRUE(broken.err.contains(u"not a string"_s)) << qPrintable(broken.err);
 }
 
 TEST(PdeHost, AnUnreachableSchedulerIsNamedAndGivenUpOn)
 {
     QTcpServer gone;
     ASSERT_TRUE(gone.listen(QHostAddress::LocalHost));
-    const QString goneAddress = QStringLiteral("127.0.0.1:%1").arg(gone.serverPort());
+    const QString goneAddress = u"127.0.0.1:%1"_s.arg(gone.serverPort());
     gone.close();
     // The system accepts connections for a listening socket; nobody answers.
     QTcpServer silent;
     ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
-    const QString silentAddress = QStringLiteral("127.0.0.1:%1").arg(silent.serverPort());
+    const QString silentAddress = u"127.0.0.1:%1"_s.arg(silent.serverPort());
 
     const struct {
         const char *name;
         QString server;
         QString message;
     } rows[] = {
-        {"scheduler down", goneAddress, QStringLiteral("the scheduler at %1 cannot be reached: Connection refused").arg(goneAddress)},
-        {"scheduler that never answers", silentAddress, QStringLiteral("the scheduler at %1 did not answer within 1 s").arg(silentAddress)},
+        {"scheduler down", goneAddress,
+         u"the scheduler at %1 cannot be reached: Connection refused"_s.arg(goneAddress)},
+        {"scheduler that never answers", silentAddress,
+         u"the scheduler at %1 did not answer within 1 s"_s.arg(silentAddress)},
     };
     for (const auto &row : rows) {
         QElapsedTimer took;
         took.start();
-        const HostRun run = pdeHost({QStringLiteral("--bundle"), kBundle, QStringLiteral("--printer"), QStringLiteral("mfp"), QStringLiteral("panels")},
-                                    {}, {QStringLiteral("CUPS_SERVER=") + row.server, QStringLiteral("PDE_SCHEDULER_TIMEOUT=1")});
+        const HostRun run = runHost(forPrinter(u"mfp"_s, {u"panels"_s}), {},
+                                    {u"CUPS_SERVER="_s + row.server, u"PDE_SCHEDULER_TIMEOUT=1"_s});
         EXPECT_EQ(run.exitCode, 2) << row.name;
         EXPECT_TRUE(run.err.contains(row.message)) << row.name << ": " << qPrintable(run.err);
         EXPECT_LT(took.elapsed(), 15000) << row.name << ": gives up instead of waiting for the system's timeouts";
@@ -216,23 +192,21 @@ TEST(PdeHost, AnUnreachableSchedulerIsNamedAndGivenUpOn)
 
 TEST(PdeHost, BundlesAreFoundByTheNameThePrinterCallsFor)
 {
-    const QString folder = QFileInfo(kBundle).absolutePath();
-    const HostRun run = pdeHost({QStringLiteral("--ppd"), kPpd, QStringLiteral("--lang"), QStringLiteral("ja"), QStringLiteral("panels")},
-                            {}, {QStringLiteral("PDE_PLUGIN_PATH=/nonexistent:") + folder});
+    const HostRun run = runHost({u"--ppd"_s, kPpd, u"--lang"_s, u"ja"_s, u"panels"_s}, {},
+                                {u"PDE_PLUGIN_PATH=/nonexistent:"_s + QFileInfo(kBundle).absolutePath()});
     EXPECT_EQ(run.exitCode, 0) << qPrintable(run.err);
-    EXPECT_EQ(run.out, QStringLiteral("com.norvanta.qs.o.vellumark.pde.JobTypeQTRN\tジョブタイプ（ストレージキット）\n"));
+    EXPECT_EQ(run.out, u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN\tジョブタイプ（ストレージキット）\n"_s);
 }
 
 TEST(PdeHost, ScreenshotAndSummary)
 {
     QTemporaryDir dir;
-    const QString png = dir.filePath(QStringLiteral("panel.png"));
-    EXPECT_EQ(pdeHost(withPrinter({QStringLiteral("screenshot"), png, QStringLiteral("--set"), QStringLiteral("printType=1")})).exitCode, 0);
+    const QString png = dir.filePath(u"panel.png"_s);
+    EXPECT_EQ(runHost(forPrinter(kPpd, {u"screenshot"_s, png, u"--set"_s, u"printType=1"_s})).exitCode, 0);
     EXPECT_GT(QFileInfo(png).size(), 1000);
-    const HostRun summary = pdeHost(withPrinter({QStringLiteral("summary"), QStringLiteral("--password-stdin"), QStringLiteral("--set"),
-                                             QStringLiteral("printType=1"), QStringLiteral("--set"), QStringLiteral("userName=taro")}),
-                                "24680\n");
-    EXPECT_EQ(summary.out, QStringLiteral("Job Type: Secure Print\nUser ID: taro\nPassword: *****\nDocument Name: Enter a Name\n"));
+    const HostRun summary =
+        runHost(withPrinter("summary --password-stdin --set printType=1 --set userName=taro"), "24680\n");
+    EXPECT_EQ(summary.out, u"Job Type: Secure Print\nUser ID: taro\nPassword: *****\nDocument Name: Enter a Name\n"_s);
 }
 
 } // namespace

@@ -7,31 +7,30 @@
 
 namespace {
 
-struct CommandRow {
-    const char *name;
-    QStringList arguments;
-    int exitCode;
-    QString outPart; // a part of standard output
-    QString errPart; // a part of standard error; empty: nothing there
-};
+using namespace Qt::StringLiterals;
 
 TEST(PdePrint, AnswersWithoutADisplay)
 {
-    const CommandRow rows[] = {
-        {"help", {QStringLiteral("--help")}, 0, QStringLiteral("--lang <LANG>"), {}},
-        {"help in Japanese", {QStringLiteral("--lang"), QStringLiteral("ja"), QStringLiteral("--help")}, 0,
-         QStringLiteral(u"このヘルプを表示して終了します"), {}},
-        {"no file", {}, 1, {}, QStringLiteral("give at least one file")},
-        {"unknown option", {QStringLiteral("--bogus"), QStringLiteral("a.txt")}, 1, {}, QStringLiteral("bogus")},
-        {"not a language", {QStringLiteral("--lang"), QStringLiteral("ja;rm"), QStringLiteral("a.txt")}, 1, {}, QStringLiteral("ja;rm")},
-        {"nothing to show the dialog on", {QStringLiteral("a.txt")}, 2, {}, QStringLiteral("no display")},
+    const struct {
+        const char *name;
+        QStringList arguments;
+        int exitCode;
+        QString outPart; // a part of standard output
+        QString errPart; // a part of standard error; empty: nothing there
+    } rows[] = {
+        {"help", {u"--help"_s}, 0, u"--lang <LANG>"_s, {}},
+        {"help in Japanese", {u"--lang"_s, u"ja"_s, u"--help"_s}, 0, u"このヘルプを表示して終了します"_s, {}},
+        {"no file", {}, 1, {}, u"give at least one file"_s},
+        {"unknown option", {u"--bogus"_s, u"a.txt"_s}, 1, {}, u"bogus"_s},
+        {"not a language", {u"--lang"_s, u"ja;rm"_s, u"a.txt"_s}, 1, {}, u"ja;rm"_s},
+        {"nothing to show the dialog on", {u"a.txt"_s}, 2, {}, u"no display"_s},
     };
-    for (const CommandRow &row : rows) {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "LANGUAGE", "LC_ALL", "LC_MESSAGES"})
+        environment.remove(QString::fromLatin1(name));
+    environment.insert(u"LANG"_s, u"C.UTF-8"_s);
+    for (const auto &row : rows) {
         QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "LANGUAGE", "LC_ALL", "LC_MESSAGES"})
-            environment.remove(QString::fromLatin1(name));
-        environment.insert(QStringLiteral("LANG"), QStringLiteral("C.UTF-8"));
         process.setProcessEnvironment(environment);
         process.start(QStringLiteral(PDE_PRINT_BINARY), row.arguments);
         ASSERT_TRUE(process.waitForFinished(30000)) << row.name;
@@ -43,7 +42,8 @@ TEST(PdePrint, AnswersWithoutADisplay)
         if (row.errPart.isEmpty())
             EXPECT_EQ(err, QString()) << row.name;
         else
-            EXPECT_TRUE(err.startsWith(QStringLiteral("pde-print: ")) && err.contains(row.errPart)) << row.name << ": " << qPrintable(err);
+            EXPECT_TRUE(err.startsWith(u"pde-print: "_s) && err.contains(row.errPart))
+                << row.name << ": " << qPrintable(err);
     }
 }
 
