@@ -25,7 +25,6 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(panel.loaded());
-        storage = openFixturePpd("panel-storage-options.ppd");
         panel.controller->setPPD(storage.get());
         panel.controller->localizeView();
         panel.controller->setPrintType(1); // every field applies
@@ -47,8 +46,8 @@ protected:
         return edit;
     }
 
+    Ppd storage = openFixturePpd("panel-storage-options.ppd");
     LoadedPanel panel;
-    Ppd storage;
 };
 
 // Each field shows its rule as placeholder and tooltip, and a refused
@@ -66,18 +65,22 @@ TEST_F(PanelTyping, FieldsKeepOnlyWhatTheirFormatterAcceptsAndSayWhy)
          QStringLiteral("Up to 12 characters")},
     };
     for (const auto &row : rows) {
+        SCOPED_TRACE(row.field);
         QToolTip::hideText();
         QLineEdit *edit = type(row.field, row.typed);
-        EXPECT_EQ(edit->text(), row.shown) << row.field;
+        EXPECT_EQ(edit->text(), row.shown);
         EXPECT_EQ((QStringList{edit->placeholderText(), edit->toolTip()}), (QStringList{row.rule, row.rule}));
-        EXPECT_TRUE(QToolTip::isVisible()) << row.field;
-        EXPECT_EQ(QToolTip::text(), row.rule) << row.field;
+        EXPECT_TRUE(QToolTip::isVisible());
+        EXPECT_EQ(QToolTip::text(), row.rule);
     }
     EXPECT_EQ(panel.model->userName(), QVariant(QStringLiteral(u"\u00e9bcdefgh")));
     EXPECT_EQ(panel.model->password(), QVariant(QStringLiteral("123456789012")));
 }
 
-TEST_F(PanelTyping, AnOverlongPasteIsRefusedWhole)
+// A paste is judged whole; a text a restore put there beyond the rules
+// refuses edits until they bring it back within them, and deleting
+// everything is always accepted.
+TEST_F(PanelTyping, EditsAreJudgedOnTheWholeText)
 {
     QLineEdit *edit = type("userNameTextField", QStringLiteral("abc"));
     QGuiApplication::clipboard()->setText(QStringLiteral("defghi")); // 9 in all
@@ -86,14 +89,9 @@ TEST_F(PanelTyping, AnOverlongPasteIsRefusedWhole)
     QGuiApplication::clipboard()->setText(QStringLiteral("defgh")); // exactly 8
     QTest::keyClick(edit, Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(edit->text(), QStringLiteral("abcdefgh"));
-}
 
-TEST_F(PanelTyping, ARestoredOverlongTextRefusesEditsUntilBackWithinTheRules)
-{
-    panel.controller->setUserName(QStringLiteral("abcdefghij")); // 10, put there by a restore
-    QLineEdit *edit = panel.child<QLineEdit>("userNameTextField");
+    panel.controller->setUserName(QStringLiteral("abcdefghij"));
     ASSERT_EQ(edit->text(), QStringLiteral("abcdefghij"));
-    edit->setFocus();
     edit->end(false);
     QTest::keyClick(edit, Qt::Key_Backspace); // 9: still too long
     EXPECT_EQ(edit->text(), QStringLiteral("abcdefghij"));
@@ -101,7 +99,6 @@ TEST_F(PanelTyping, ARestoredOverlongTextRefusesEditsUntilBackWithinTheRules)
     QTest::keyClick(edit, Qt::Key_Backspace); // 7: within the rules again
     EXPECT_EQ(edit->text(), QStringLiteral("abcdefg"));
     EXPECT_EQ(panel.model->userName(), QVariant(QStringLiteral("abcdefg")));
-    // Deleting everything is always accepted.
     edit->selectAll();
     QTest::keyClick(edit, Qt::Key_Backspace);
     EXPECT_EQ(panel.model->userName(), QVariant(QString()));

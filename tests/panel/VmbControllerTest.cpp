@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The controller over the real panel: storage from the PPD, the gated print
 // type, the password in its protected form, the defaults button, and the
-// enabled controls and caption colours of every state, as the user sees them.
+// enabled controls and caption colours of every state, as the user sees them;
+// and the model's wiping of the password.
 #include "PanelFixture.h"
 
 #include "text/PasswordProtection.h"
@@ -19,12 +20,12 @@ using namespace paneltest;
 
 TEST(VmbController, EnabledControlsAndCaptionColoursFollowEveryState)
 {
-    // Each control, and the caption of those that have one: grey exactly
-    // while its control is disabled.
-    const char *const controls[] = {"jobTypePopUp", "userNameTextField", "passwordTextField",
-                                    "documentNameTypePopUp", "docNameTextField"};
-    const char *const captions[] = {"jobTypeLabel", "userNameLabel", "passwordLabel", "documentNameTypeLabel",
-                                    "documentNameLabel"};
+    // Each control, and its caption: grey exactly while its control is disabled.
+    const std::pair<const char *, const char *> controls[] = {{"jobTypePopUp", "jobTypeLabel"},
+                                                              {"userNameTextField", "userNameLabel"},
+                                                              {"passwordTextField", "passwordLabel"},
+                                                              {"documentNameTypePopUp", "documentNameTypeLabel"},
+                                                              {"docNameTextField", "documentNameLabel"}};
     const struct { const char *name; bool storage; int printType, documentNameType, enabled[5]; } rows[] = {
         {"no storage", false, 1, 1, {0, 0, 0, 0, 0}},
         {"storage, none", true, 0, 1, {1, 0, 0, 0, 0}},
@@ -34,13 +35,13 @@ TEST(VmbController, EnabledControlsAndCaptionColoursFollowEveryState)
         {"sample, automatic name", true, 2, 0, {1, 1, 0, 1, 0}},
         {"out of range type", true, 7, 2, {1, 1, 0, 1, 1}},
     };
-    const QColor text = QApplication::palette().color(QPalette::Active, QPalette::WindowText);
-    const QColor grey = QApplication::palette().color(QPalette::Disabled, QPalette::WindowText);
+    const QPalette palette = QApplication::palette();
     const Ppd storage = openFixturePpd("panel-storage-options.ppd");
     ASSERT_TRUE(storage);
     for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
         LoadedPanel panel;
-        ASSERT_TRUE(panel.loaded()) << row.name;
+        ASSERT_TRUE(panel.loaded());
         if (row.storage)
             panel.controller->setPPD(storage.get());
         // Without storage the controller refuses the type, so put it into the
@@ -48,13 +49,12 @@ TEST(VmbController, EnabledControlsAndCaptionColoursFollowEveryState)
         panel.model->setPrintType(row.printType);
         panel.controller->setDocumentNameType(row.documentNameType);
         for (int i = 0; i < 5; ++i) {
-            EXPECT_EQ(panel.child<QWidget>(controls[i])->isEnabled(), row.enabled[i] != 0) << row.name << ", " << controls[i];
-            if (captions[i] == nullptr)
-                continue;
-            const QLabel *caption = panel.child<QLabel>(captions[i]);
-            EXPECT_EQ(caption->palette().color(QPalette::Active, caption->foregroundRole()),
-                      row.enabled[i] != 0 ? text : grey)
-                << row.name << ", " << captions[i];
+            const auto &[control, caption] = controls[i];
+            const QLabel *label = panel.child<QLabel>(caption);
+            EXPECT_EQ(panel.child<QWidget>(control)->isEnabled(), row.enabled[i] != 0) << control;
+            EXPECT_EQ(label->palette().color(QPalette::Active, label->foregroundRole()),
+                      palette.color(row.enabled[i] != 0 ? QPalette::Active : QPalette::Disabled, QPalette::WindowText))
+                << caption;
         }
     }
 }
@@ -74,8 +74,9 @@ TEST(VmbController, StorageComesFromOption2ThenNVHardDiskAndANoteSaysWhenThereIs
         {"panel-no-storage.ppd", nullptr, nullptr, false, QStringLiteral("This printer has no job storage")},
     };
     for (const auto &row : rows) {
+        SCOPED_TRACE(testing::Message() << row.ppd << " " << row.option2 << " " << row.nvHardDisk);
         const Ppd ppd = openFixturePpd(row.ppd);
-        ASSERT_TRUE(ppd) << row.ppd;
+        ASSERT_TRUE(ppd);
         if (row.option2 != nullptr)
             ppdMarkOption(ppd.get(), "Option2", row.option2);
         if (row.nvHardDisk != nullptr)
@@ -86,13 +87,13 @@ TEST(VmbController, StorageComesFromOption2ThenNVHardDiskAndANoteSaysWhenThereIs
         // A null PPD later keeps this one and its capability.
         panel.controller->setPPD(nullptr);
         EXPECT_EQ(panel.controller->ppd(), ppd.get());
-        EXPECT_EQ(panel.model->canStore(), QVariant(row.canStore)) << row.ppd << " " << row.option2 << " " << row.nvHardDisk;
+        EXPECT_EQ(panel.model->canStore(), QVariant(row.canStore));
         // The print type follows the capability.
         panel.controller->setPrintType(3);
-        EXPECT_EQ(panel.controller->printType(), QVariant(row.canStore ? 3 : 0)) << row.ppd << " " << row.option2 << " " << row.nvHardDisk;
+        EXPECT_EQ(panel.controller->printType(), QVariant(row.canStore ? 3 : 0));
         panel.controller->localizeView();
         const QLabel *note = panel.child<QLabel>("storageNoteLabel");
-        EXPECT_EQ(note->isVisibleTo(panel.view) ? note->text() : QString(), row.note) << row.ppd << " " << row.option2;
+        EXPECT_EQ(note->isVisibleTo(panel.view) ? note->text() : QString(), row.note);
     }
 }
 
@@ -105,19 +106,20 @@ TEST(VmbController, PasswordIsProtectedInThePrinterLanguageOrUtf8WithoutPPD)
         {"panel-no-storage.ppd", jt::StringEncoding::ShiftJIS_X0213}, // names no encoding
     };
     for (const auto &row : rows) {
+        SCOPED_TRACE(row.ppd ? row.ppd : "no PPD");
         const Ppd ppd = row.ppd != nullptr ? openFixturePpd(row.ppd) : Ppd();
         LoadedPanel panel;
         ASSERT_TRUE(panel.loaded());
         panel.controller->setPPD(ppd.get());
         panel.model->setPassword(clear);
         const std::optional<QString> protectedForm = panel.controller->password();
-        EXPECT_EQ(protectedForm, jt::CreateEncryptedString(clear, row.encoding)) << row.ppd;
+        EXPECT_EQ(protectedForm, jt::CreateEncryptedString(clear, row.encoding));
         panel.model->setPassword(QString());
         panel.controller->setPassword(protectedForm);
-        EXPECT_EQ(panel.model->password(), QVariant(clear)) << row.ppd;
+        EXPECT_EQ(panel.model->password(), QVariant(clear));
         // One that cannot be unprotected leaves the model empty.
         panel.controller->setPassword(QStringLiteral("not base64!"));
-        EXPECT_EQ(panel.model->password(), QVariant(QString())) << row.ppd;
+        EXPECT_EQ(panel.model->password(), QVariant(QString()));
     }
 }
 
@@ -136,6 +138,20 @@ TEST(VmbController, DefaultsButtonResetsAllButAGatedPrintType)
     for (const QVariant &value : {panel.model->userName(), panel.model->password(), panel.model->documentName()})
         EXPECT_EQ(value, QVariant(QString()));
     EXPECT_EQ(panel.model->documentNameType(), QVariant(1));
+}
+
+// The model's last act wipes the password in every copy that shares its
+// characters, such as the one a field showed.
+TEST(VmbModel, TearDownWipesThePasswordEverywhere)
+{
+    QString shown;
+    {
+        LoadedPanel panel;
+        ASSERT_TRUE(panel.loaded());
+        panel.model->setPassword(QString::number(1234));
+        shown = panel.model->password().toString();
+    }
+    EXPECT_EQ(shown, QString(4, QChar(0)));
 }
 
 } // namespace

@@ -131,30 +131,40 @@ inline QString recordKey(const char *suffix)
 inline const char *const kRecordSuffixes[] = {"SecureVersion", "PrintType", "PrintTypeUserName",
                                               "PrintTypePassword", "DocumentNameType", "DocumentName"};
 
-// The record's six values in order, joined by '|'.
-inline QString record(const pde::PrintSettings &settings)
-{
-    QStringList values;
-    for (const char *suffix : kRecordSuffixes)
-        values.append(settings.value(recordKey(suffix)).value_or(u"<absent>"_s).toString());
-    return values.join(u'|');
-}
-
 inline QString protectedUtf8(const QString &password)
 {
     return jt::CreateEncryptedString(password, jt::StringEncoding::UTF8).value_or(QString());
 }
 
+// The record's six values in order, joined by '|'. A password entry that is
+// exactly the protected UTF-8 form of a text shows as that text in braces.
+inline QString record(const pde::PrintSettings &settings)
+{
+    QStringList values;
+    for (const char *suffix : kRecordSuffixes)
+        values.append(settings.value(recordKey(suffix)).value_or(u"<absent>"_s).toString());
+    const std::optional<QString> clear = jt::CreateDecryptedString(values[3], jt::StringEncoding::UTF8);
+    if (clear && protectedUtf8(*clear) == values[3])
+        values[3] = u'{' + *clear + u'}';
+    return values.join(u'|');
+}
+
 // A new panel restored from the record's entries, given joined by '|' from
-// the print type on (the password clear: it is stored protected).
+// the print type on ("{1234}" for the protected form of a password), with the
+// print settings emptied afterwards so that a save writes the record anew.
 inline std::unique_ptr<pde::PDEPanel> restoredPanel(Callback &callback, const QString &entries)
 {
     const QStringList values = entries.split(u'|');
-    for (qsizetype i = 0; i < values.size(); ++i)
-        callback.settings.setValue(recordKey(kRecordSuffixes[i + 1]), i == 2 ? protectedUtf8(values[i]) : values[i]);
+    for (qsizetype i = 0; i < values.size(); ++i) {
+        const QString &value = values[i];
+        const bool braced = i == 2 && value.startsWith(u'{') && value.endsWith(u'}');
+        callback.settings.setValue(recordKey(kRecordSuffixes[i + 1]),
+                                   braced ? protectedUtf8(value.mid(1).chopped(1)) : value);
+    }
     std::unique_ptr<pde::PDEPanel> panel = printPanel(loadFactory(), &callback);
     if (panel != nullptr)
         panel->restoreValuesAndReturnError(nullptr);
+    callback.settings = pde::PrintSettings();
     return panel;
 }
 
@@ -174,15 +184,19 @@ inline QString shownState(const QWidget *view)
         .arg(enabled.join(u','));
 }
 
-// The summary's lines, "Title: value" in display order, joined by '|'.
+// The summary's lines, "Title: value" in display order, joined by '|'; the
+// summary must hold nothing else.
 inline QString summaryLines(pde::PDEPanel &panel)
 {
     const std::optional<pde::SummaryInfo> summary = panel.summaryInfo();
     if (!summary)
         return u"<none>"_s;
     QStringList lines;
-    for (const QString &title : summary->value(QString(pde::kSummaryDisplayOrderKey)).toStringList())
+    const QStringList order = summary->value(QString(pde::kSummaryDisplayOrderKey)).toStringList();
+    for (const QString &title : order)
         lines.append(title + u": "_s + summary->value(title).toString());
+    if (summary->size() != order.size() + 1)
+        lines.append(u"<more entries>"_s);
     return lines.join(u'|');
 }
 

@@ -1,13 +1,20 @@
 // SPDX-License-Identifier: MIT
 // The factory and the panel's life as the host drives it: kinds of dialog,
 // title and kind, the view made once, help, and two copies of the bundle in
-// one process.
+// one process; and the help set-up of the first view, with the panel made
+// directly, so that the system version can be fixed.
 #include "HostHarness.h"
 #include "MessageRecorder.h"
 
+#include "panel/PanelClasses.h"
 #include "pdekit/Bundle.h"
 #include "pdekit/PreferredLanguages.h"
+#include "platform/SystemQueryCache.h"
+#include "platform/SystemVersion.h"
+#include "plugin/VirtualMailboxPdeInterface.h"
 
+#include <QDir>
+#include <QFile>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -46,28 +53,26 @@ TEST(Panel, TitleComesFromTheModelTable)
     pde::setPreferredLanguages(std::nullopt);
 }
 
+// Until the panel has a view the host shows its own help; a nib the PPD
+// names but the bundle lacks gives no view, and is tried again.
 TEST(Panel, ViewIsMadeOnceAndHelpIsThePanelsOwnOnceItExists)
 {
     Recorder recorder;
-    Callback callback("plugin-allow-null-True.ppd");
+    Callback callback("plugin-allow-null-True.ppd"), lacking("plugin-missing-nib.ppd");
     const std::unique_ptr<pde::PDEPanel> panel = printPanel(loadFactory(), &callback);
-    EXPECT_TRUE(panel->shouldShowHelp()) << "no view yet: the host shows its own help";
+    EXPECT_TRUE(panel->shouldShowHelp());
     QWidget *view = panel->panelView();
     ASSERT_NE(view, nullptr);
     EXPECT_EQ(panel->panelView(), view);
     EXPECT_FALSE(panel->shouldShowHelp());
     ASSERT_EQ(recorder.helpPages.size(), 1);
     EXPECT_TRUE(recorder.helpPages.front().path().endsWith(u"/Help/SecureJobType.html"_s));
-}
 
-TEST(Panel, ANibThePPDNamesButTheBundleLacksGivesNoViewAndIsTriedAgain)
-{
-    Callback callback("plugin-missing-nib.ppd");
-    const std::unique_ptr<pde::PDEPanel> panel = printPanel(loadFactory(), &callback);
-    EXPECT_EQ(panel->panelView(), nullptr);
-    EXPECT_EQ(panel->panelView(), nullptr);
-    EXPECT_TRUE(panel->shouldShowHelp());
-    panel->willShow(); // does nothing without a view
+    const std::unique_ptr<pde::PDEPanel> viewless = printPanel(loadFactory(), &lacking);
+    EXPECT_EQ(viewless->panelView(), nullptr);
+    EXPECT_EQ(viewless->panelView(), nullptr);
+    EXPECT_TRUE(viewless->shouldShowHelp());
+    viewless->willShow(); // does nothing without a view
 }
 
 // A nib or table name from the PPD that would lead out of the bundle's
@@ -146,6 +151,56 @@ TEST(Bundles, TwoCopiesUnderOtherIdentifiersWorkSideBySideAndAFactoryKeepsItsFir
         ASSERT_TRUE(panels[i]->saveValuesAndReturnError(nullptr));
         EXPECT_EQ(record(callbacks[i].settings), u"201|4|taro||2|"_s);
     }
+}
+
+const QByteArray kRegistration = R"(<?xml version="1.0" encoding="UTF-8"?>
+<plist version="1.0"><dict>
+<key>RegisteredBooks</key><dict><key>org.example.helpsetup.JobType</key>
+<array><dict><key>url</key><string>file:///opt/Example.plugin/Contents/Resources/en.lproj/Help/</string></dict></array></dict>
+<key>RegistrationOrder</key><array><string>org.example.helpsetup.JobType</string></array>
+</dict></plist>
+)";
+
+std::string g_release;
+
+TEST(HelpSetup, StaleRegistrationIsRemovedOnlyOnTheTenSixFamilyAndTheBookIsAlwaysRegistered)
+{
+    const BundleCopy copy(u"org.example.helpsetup.JobType"_s);
+    pde::Bundle *bundle = pde::Bundle::open(copy.path);
+    ASSERT_NE(bundle, nullptr);
+    jt::registerPanelClasses(bundle->classes());
+    const QByteArray previousHome = qgetenv("HOME");
+    const jt::KernelReleaseReader previousReader =
+        jt::setKernelReleaseReader([]() -> std::optional<std::string> { return g_release; });
+
+    // Packed: 10.8 -> 0x1068, 9.8 -> 0x1058, 11.5 -> 0x1075.
+    const std::pair<const char *, bool> rows[] = {{"10.8.0", true}, {"9.8.0", false}, {"11.5.0", false}};
+    for (const auto &[release, removed] : rows) {
+        SCOPED_TRACE(release);
+        QTemporaryDir home;
+        QDir().mkpath(home.path() + u"/Library/Preferences"_s);
+        QFile file(home.path() + u"/Library/Preferences/com.apple.help.plist"_s);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(kRegistration);
+        file.close();
+        qputenv("HOME", home.path().toUtf8());
+        g_release = release;
+        jt::resetSystemQueryCache();
+
+        Callback callback;
+        jt::VirtualMailboxPdeInterface panel(&callback, bundle);
+        ASSERT_NE(panel.panelView(), nullptr);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QByteArray after = file.readAll();
+        file.close();
+        EXPECT_EQ(!after.contains("org.example.helpsetup.JobType"), removed);
+        EXPECT_EQ(after == kRegistration, !removed);
+        EXPECT_TRUE(
+            pde::HelpViewer::instance().registeredBooks().contains(u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN.help"_s));
+    }
+    jt::setKernelReleaseReader(previousReader);
+    jt::resetSystemQueryCache();
+    qputenv("HOME", previousHome);
 }
 
 } // namespace

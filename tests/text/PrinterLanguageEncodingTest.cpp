@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The printer language encoding a PPD names, and the byte-escaped stored form.
+// The prefix-matching, file-order PPD attribute lookup, the printer language
+// encoding a PPD names, and the byte-escaped stored form.
 #include "FixturePpd.h"
 
+#include "text/PpdAttribute.h"
 #include "text/PrinterLanguageEncoding.h"
 
 #include <gtest/gtest.h>
@@ -15,6 +17,44 @@ namespace jt = com_norvanta_qs_o_vellumark_pde_JobTypeQTRN;
 namespace {
 
 using E = jt::StringEncoding;
+
+// text-attributes.ppd lists its attributes so that file order and libcups' own
+// sorted index disagree (and "NVPrinterLanguage" comes before the longer
+// names); only a linear, case-sensitive prefix scan gives these answers.
+TEST(PpdAttribute, FindsFirstPrefixMatchInFileOrderOnly)
+{
+    const auto ppd = testsupport::openFixturePpd("text-attributes.ppd");
+    ASSERT_NE(ppd, nullptr);
+    const struct {
+        const char *lookup;
+        const char *attrName; // null: nothing found
+        const char *qualifier;
+        std::optional<QString> value; // as CopyPPDAttribute reads it
+    } rows[] = {
+        {"NVJapanese", "NVJapanese", "", QStringLiteral("日本語の資料")},
+        {"NVPrinterLanguageEncoding", "NVPrinterLanguageEncodingX", "", QStringLiteral("prefixed")},
+        {"NV", "NVPrinterLanguage", "", QStringLiteral("shorter")},
+        {"NVModelStrings", "NVModelStrings", "Zulu", QStringLiteral("first")},
+        {"NVInvalid", "NVInvalid", "", std::nullopt}, // a value that is not UTF-8
+        {"nvprinterlanguageencoding", nullptr, nullptr, std::nullopt},
+        {"NVPrinterLanguageEncodingXY", nullptr, nullptr, std::nullopt}, // longer than any name
+        {"", nullptr, nullptr, std::nullopt},
+        {nullptr, nullptr, nullptr, std::nullopt},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.lookup ? row.lookup : "(null)");
+        const ppd_attr_t *attr = jt::ppdFindAttr_ALT(ppd.get(), row.lookup);
+        EXPECT_STREQ(attr ? attr->name : nullptr, row.attrName);
+        EXPECT_STREQ(attr ? attr->spec : nullptr, row.qualifier);
+        EXPECT_EQ(jt::CopyPPDAttribute(ppd.get(), row.lookup), row.value);
+    }
+    const auto empty = testsupport::openFixturePpd("text-no-attributes.ppd");
+    ASSERT_NE(empty, nullptr);
+    ASSERT_EQ(empty->num_attrs, 0); // libcups adds none of its own
+    EXPECT_EQ(jt::ppdFindAttr_ALT(empty.get(), "NV"), nullptr);
+    EXPECT_EQ(jt::ppdFindAttr_ALT(nullptr, "NVJapanese"), nullptr);
+    EXPECT_EQ(jt::CopyPPDAttribute(nullptr, "NVJapanese"), std::nullopt);
+}
 
 TEST(PrinterLanguageEncoding, MapsPpdValueExactly)
 {
@@ -44,6 +84,9 @@ const std::string kDecodeFailed = "CopyDecodedString : CFStringGetCString failed
 
 TEST(PrinterLanguageEncoding, StoredFormCallsGiveResultAndExactMessage)
 {
+    // "é" is "/-23" and "€" "/-128" in Windows Latin-1: output stops once it
+    // reaches 1023 characters, keeping the entry that crossed the mark whole.
+    const QString e = QStringLiteral("é"), euro = QStringLiteral("€");
     const struct {
         Op op;
         E encoding;
@@ -52,7 +95,6 @@ TEST(PrinterLanguageEncoding, StoredFormCallsGiveResultAndExactMessage)
     } rows[] = {
         // Space, double quote, semicolon and (in Shift-JIS) "~" are ordinary.
         {kBoth, E::ShiftJIS_X0213, QStringLiteral("Report; \"draft\" ~x"), QStringLiteral("Report; \"draft\" ~x")},
-        {kBoth, E::ISOLatin1, QString(255, u'a'), QString(255, u'a')},
         // The empty text is a text: both ways it stays empty, never absent.
         {kBoth, E::ShiftJIS_X0213, QString(), QString()},
         // "€" and "…" have bytes (0x80, 0x85) in Windows Latin-1 only.
@@ -66,19 +108,19 @@ TEST(PrinterLanguageEncoding, StoredFormCallsGiveResultAndExactMessage)
          QStringLiteral("/9/10/99/100/127/-128/-1/44")},
         // Shift-JIS is ASCII-compatible here, and escaping looks at bytes: the
         // trail byte of 表 (95 5C) is a backslash.
-        {kBoth, E::ShiftJIS_X0213, QStringLiteral("資料,2"), QStringLiteral("/-114/-111/-105/-65/44/50")},
         {kBoth, E::ShiftJIS_X0213, QStringLiteral("資\\~"), QStringLiteral("/-114/-111/92/126")},
         {kBoth, E::ShiftJIS_X0213, QStringLiteral("表"), QStringLiteral("/-107/92")},
         // The encoder holds a final kana back until it knows nothing combines.
         {kBoth, E::ShiftJIS_X0213, QStringLiteral("a,か"), QStringLiteral("/97/44/-126/-87")},
+        {kEncode, E::WindowsLatin1, e.repeated(2) + euro.repeated(203) + u',',
+         QStringLiteral("/-23").repeated(2) + QStringLiteral("/-128").repeated(203)}, // 1023
+        {kEncode, E::WindowsLatin1, e.repeated(3) + euro.repeated(203) + u',',
+         QStringLiteral("/-23").repeated(3) + QStringLiteral("/-128").repeated(203)}, // 1027
         {kDecode, E::ISOLatin1, QStringLiteral("/"), QStringLiteral("/")},
-        {kDecode, E::ISOLatin1, QStringLiteral("/97/256/300"), QStringLiteral("aÿÿ")},
-        {kDecode, E::ISOLatin1, QStringLiteral("/-1/-190"), QStringLiteral("ÿB")},
-        {kDecode, E::ISOLatin1, QStringLiteral("/97//98"), QStringLiteral("a")}, // an empty entry ends
-        {kDecode, E::ISOLatin1, QStringLiteral("/ +65x/\t66"), QStringLiteral("AB")},
-        {kDecode, E::ISOLatin1, QStringLiteral("/65/-99999999999/66"), QStringLiteral("A")},
-        // Longer than the encoder's entries: read whole, not cut at three digits.
-        {kDecode, E::ISOLatin1, QStringLiteral("/1000/-0065/x"), QStringLiteral(u"\u00ff\u00bf")},
+        {kDecode, E::ISOLatin1, QStringLiteral("/97/256/300/-190"), QStringLiteral("aÿÿB")},
+        // Other than the encoder's entries, read as atoi does (white space, a
+        // sign, any number of digits, saturating); a zero byte ends the text.
+        {kDecode, E::ISOLatin1, QStringLiteral("/ +65x/\t66/1000/-0065/-99999999999/66"), QStringLiteral("ABÿ¿")},
         {kDecode, E::ISOLatin1, QStringLiteral("/97").repeated(85), QString(85, u'a')}, // 255 bytes
         {kDecode, E::ShiftJIS_X0213, QStringLiteral("/97/-126"), std::nullopt}, // not text: no message
         {kDecode, E::UTF8, std::nullopt, std::nullopt, "CopyDecodedString : an argument is NULL.\n"},
@@ -93,7 +135,6 @@ TEST(PrinterLanguageEncoding, StoredFormCallsGiveResultAndExactMessage)
         {kDecode, E::ShiftJIS_X0213, QStringLiteral("/92/49/126"), QStringLiteral("\\1~")},
         {kBoth, E::ShiftJIS_X0213, QStringLiteral("a‾"), QStringLiteral("a‾")}, // 0x7E is not significant
         {kEncode, E::ShiftJIS_X0213, QStringLiteral("aµ"), std::nullopt, kEncodeFailed},
-        {kEncode, E::ISOLatin1, QString(255, u'a') + u',', std::nullopt, kEncodeFailed},
         {kEncode, E::UTF8, QString(128, u'é'), std::nullopt, kEncodeFailed},
     };
     for (const auto &row : rows) {
@@ -110,19 +151,6 @@ TEST(PrinterLanguageEncoding, StoredFormCallsGiveResultAndExactMessage)
             EXPECT_EQ(jt::CanStoreText(*row.in, row.encoding), row.out.has_value());
         }
     }
-}
-
-// Output stops once it reaches 1023 characters, keeping the entry that
-// crossed the mark whole. "é" is "/-23" and "€" "/-128" in Windows Latin-1.
-TEST(PrinterLanguageEncoding, EscapingStopsAfterEntryReachingMark)
-{
-    const QString e = QStringLiteral("é");
-    const QString euro = QStringLiteral("€");
-    const auto encode = [](const QString &text) { return jt::CopyEncodedString(text, E::WindowsLatin1); };
-    EXPECT_EQ(encode(e.repeated(2) + euro.repeated(203) + u','),
-              QStringLiteral("/-23").repeated(2) + QStringLiteral("/-128").repeated(203)); // 1023
-    EXPECT_EQ(encode(e.repeated(3) + euro.repeated(203) + u','),
-              QStringLiteral("/-23").repeated(3) + QStringLiteral("/-128").repeated(203)); // 1027
 }
 
 } // namespace
