@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The controller over the real panel: storage from the PPD, the gated print
-// type, the password in its protected form, the defaults button, and the
-// enabled controls and caption colours of every state, as the user sees them;
-// and the model's wiping of the password.
+// type, the password in its protected form and the defaults button, as the
+// user sees them; and the model's wiping of the password. The enabled
+// controls and caption colours of every state are checked with the record,
+// through the plug-in (tests/plugin).
 #include "PanelFixture.h"
 
 #include "text/PasswordProtection.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
@@ -17,47 +17,6 @@
 namespace {
 
 using namespace paneltest;
-
-TEST(VmbController, EnabledControlsAndCaptionColoursFollowEveryState)
-{
-    // Each control, and its caption: grey exactly while its control is disabled.
-    const std::pair<const char *, const char *> controls[] = {{"jobTypePopUp", "jobTypeLabel"},
-                                                              {"userNameTextField", "userNameLabel"},
-                                                              {"passwordTextField", "passwordLabel"},
-                                                              {"documentNameTypePopUp", "documentNameTypeLabel"},
-                                                              {"docNameTextField", "documentNameLabel"}};
-    const struct { const char *name; bool storage; int printType, documentNameType, enabled[5]; } rows[] = {
-        {"no storage", false, 1, 1, {0, 0, 0, 0, 0}},
-        {"storage, none", true, 0, 1, {1, 0, 0, 0, 0}},
-        {"secure, automatic name", true, 1, 0, {1, 1, 1, 1, 0}},
-        {"secure, entered name", true, 1, 1, {1, 1, 1, 1, 1}},
-        {"second secure kind", true, 4, 1, {1, 1, 1, 1, 1}},
-        {"sample, automatic name", true, 2, 0, {1, 1, 0, 1, 0}},
-        {"out of range type", true, 7, 2, {1, 1, 0, 1, 1}},
-    };
-    const QPalette palette = QApplication::palette();
-    const Ppd storage = openFixturePpd("panel-storage-options.ppd");
-    ASSERT_TRUE(storage);
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        LoadedPanel panel;
-        ASSERT_TRUE(panel.loaded());
-        if (row.storage)
-            panel.controller->setPPD(storage.get());
-        // Without storage the controller refuses the type, so put it into the
-        // model as a binding would.
-        panel.model->setPrintType(row.printType);
-        panel.controller->setDocumentNameType(row.documentNameType);
-        for (int i = 0; i < 5; ++i) {
-            const auto &[control, caption] = controls[i];
-            const QLabel *label = panel.child<QLabel>(caption);
-            EXPECT_EQ(panel.child<QWidget>(control)->isEnabled(), row.enabled[i] != 0) << control;
-            EXPECT_EQ(label->palette().color(QPalette::Active, label->foregroundRole()),
-                      palette.color(row.enabled[i] != 0 ? QPalette::Active : QPalette::Disabled, QPalette::WindowText))
-                << caption;
-        }
-    }
-}
 
 TEST(VmbController, StorageComesFromOption2ThenNVHardDiskAndANoteSaysWhenThereIsNone)
 {

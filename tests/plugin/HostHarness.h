@@ -169,19 +169,32 @@ inline std::unique_ptr<pde::PDEPanel> restoredPanel(Callback &callback, const QS
 }
 
 // What the controls show: the job type and document name type pop-ups'
-// items and the text fields that are enabled, as "1|1|user,password,name".
+// items (in parentheses while disabled) and the text fields that are
+// enabled, as "1|(1)|user,password"; a caption that is not grey exactly
+// while its control is disabled is added as "!<caption>".
 inline QString shownState(const QWidget *view)
 {
-    QStringList enabled;
-    for (const auto &[name, shortName] : {std::pair{"userNameTextField", "user"},
-                                          std::pair{"passwordTextField", "password"},
-                                          std::pair{"docNameTextField", "name"}}) {
-        if (view->findChild<QLineEdit *>(QString::fromLatin1(name))->isEnabled())
-            enabled.append(QString::fromLatin1(shortName));
+    const auto child = [view](const char *name) { return view->findChild<QWidget *>(QLatin1StringView(name)); };
+    const struct { const char *control, *caption, *field; } controls[] = {
+        {"jobTypePopUp", "jobTypeLabel", nullptr},
+        {"userNameTextField", "userNameLabel", "user"},
+        {"passwordTextField", "passwordLabel", "password"},
+        {"documentNameTypePopUp", "documentNameTypeLabel", nullptr},
+        {"docNameTextField", "documentNameLabel", "name"},
+    };
+    QStringList popups, fields, wrongCaptions;
+    for (const auto &[control, caption, field] : controls) {
+        const QWidget *widget = child(control);
+        if (const auto *popup = qobject_cast<const QComboBox *>(widget))
+            popups.append((widget->isEnabled() ? u"%1"_s : u"(%1)"_s).arg(popup->currentIndex()));
+        else if (widget->isEnabled())
+            fields.append(QLatin1StringView(field));
+        const QWidget *label = child(caption);
+        if (label->palette().color(QPalette::Active, label->foregroundRole())
+            != view->palette().color(widget->isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText))
+            wrongCaptions.append(u'!' + QLatin1StringView(caption));
     }
-    return u"%1|%2|%3"_s.arg(view->findChild<QComboBox *>(u"jobTypePopUp"_s)->currentIndex())
-        .arg(view->findChild<QComboBox *>(u"documentNameTypePopUp"_s)->currentIndex())
-        .arg(enabled.join(u','));
+    return (popups + QStringList{fields.join(u',')} + wrongCaptions).join(u'|');
 }
 
 // The summary's lines, "Title: value" in display order, joined by '|'; the

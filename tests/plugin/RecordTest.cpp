@@ -59,10 +59,9 @@ TEST(Record, ViewSummaryAndRecordAgreeInEveryPrinterEncoding)
         {"secure, entered name with a comma", utf8, {}, {1, u"ab"_s, u"123456"_s, 1, u"a,b"_s},
          u"1|1|user,password,name"_s, u"201|2|ab|{123456}|2|/97/44/98"_s,
          u"Job Type: Secure Print|User ID: ab|Password: ******|Document Name: Enter a Name|Entered Name: a,b"_s},
-        {"second secure kind", utf8, {}, {4, u"ab"_s, u"12"_s, 1, u"n"_s}, u"4|1|user,password,name"_s,
-         u"201|5|ab|{12}|2|n"_s,
-         u"Job Type: Secure Print|User ID: ab|Password: **|Document Name: Enter a Name|Entered Name: n"_s},
-        {"none keeps the texts", utf8, u"4|taro||2|n"_s, {.jobType = 0}, u"0|1|"_s, u"201|1|taro||2|n"_s, none},
+        {"second secure kind, automatic name", utf8, {}, {4, u"ab"_s, u"12"_s, 0, {}}, u"4|0|user,password"_s,
+         u"201|5|ab|{12}|1|"_s, u"Job Type: Secure Print|User ID: ab|Password: **|Document Name: Automatic"_s},
+        {"none keeps the texts", utf8, u"4|taro||2|n"_s, {.jobType = 0}, u"0|(1)|"_s, u"201|1|taro||2|n"_s, none},
         {"yen sign", sjis, u"3|taro||2|"_s, {.documentName = u"Price¥100"_s}, u"2|1|user,name"_s,
          u"201|3|taro||2|/80/114/105/99/101/92/49/48/48"_s, sample + u"Enter a Name|Entered Name: Price¥100"_s},
         {"yen sign", latin1, u"3|taro||2|"_s, {.documentName = u"Price¥100"_s}, u"2|1|user,name"_s,
@@ -77,18 +76,18 @@ TEST(Record, ViewSummaryAndRecordAgreeInEveryPrinterEncoding)
         {"restored text that applies", cp1252, u"3|aő||2|"_s, {}, u"2|1|user,name"_s, kUserEncodingAlert},
         {"blank user ID", utf8, u"3||12|2|"_s, {}, u"2|1|user,name"_s, kUserAlert,
          u"Job Type: Sample Print|Document Name: Enter a Name"_s},
-        {"restored text that does not apply", sjis, u"1|aµ||2|"_s, {}, u"0|1|"_s, u"201|1|||2|"_s, none},
+        {"restored text that does not apply", sjis, u"1|aµ||2|"_s, {}, u"0|(1)|"_s, u"201|1|||2|"_s, none},
         {"restored text that does not apply", latin1, u"3|taro||1|a€"_s, {}, u"2|0|user"_s, u"201|3|taro||1|"_s,
          sample + u"Automatic"_s},
-        {"job type outside the choices", sjis, u"6|taro||2|r"_s, {}, u"0|1|"_s, u"201|1|taro||2|r"_s, none},
-        {"job type outside the choices", cp1252, u"0|taro||2|r"_s, {}, u"0|1|"_s, u"201|1|taro||2|r"_s, none},
+        {"job type outside the choices", sjis, u"6|taro||2|r"_s, {}, u"0|(1)|"_s, u"201|1|taro||2|r"_s, none},
+        {"job type outside the choices", cp1252, u"0|taro||2|r"_s, {}, u"0|(1)|"_s, u"201|1|taro||2|r"_s, none},
         {"name type outside the choices", latin1, u"4|taro||3|r"_s, {}, u"3|1|user,name"_s, u"201|4|taro||2|r"_s,
          u"Job Type: Public Print|User ID: taro|Document Name: Enter a Name|Entered Name: r"_s},
         {"name type outside the choices", utf8, u"3|taro||0|r"_s, {}, u"2|1|user,name"_s,
          u"201|3|taro||2|r"_s, sample + u"Enter a Name|Entered Name: r"_s},
         // Without a PPD: no storage, the texts in the default printer
         // language and the password protected in UTF-8.
-        {"no PPD", nullptr, u"1|é,a|{é12}|2|"_s, {}, u"0|1|"_s, u"201|1|/-123/126/44/97|{é12}|2|"_s, none},
+        {"no PPD", nullptr, u"1|é,a|{é12}|2|"_s, {}, u"(0)|(1)|"_s, u"201|1|/-123/126/44/97|{é12}|2|"_s, none},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(std::string(row.rule) + ", " + (row.ppd ? row.ppd : "no PPD"));
