@@ -38,21 +38,6 @@ TEST(Factory, MakesOnePanelForThePrintDialogAndAnEmptyListForOtherDialogs)
     }
 }
 
-TEST(Panel, TitleComesFromTheModelTable)
-{
-    const struct { const char *ppd, *language; QString title; } rows[] = {
-        {nullptr, "en", u"Job Type"_s},
-        {"plugin-model-2.ppd", "en", u"Job Type (Storage Kit)"_s},
-        {"plugin-model-2.ppd", "ja_JP", u"ジョブタイプ（ストレージキット）"_s},
-    };
-    for (const auto &row : rows) {
-        pde::setPreferredLanguages(QStringList{QString::fromLatin1(row.language)});
-        Callback callback(row.ppd);
-        EXPECT_EQ(printPanel(loadFactory(), &callback)->panelName(), row.title) << row.ppd << " " << row.language;
-    }
-    pde::setPreferredLanguages(std::nullopt);
-}
-
 // Until the panel has a view the host shows its own help; a nib the PPD
 // names but the bundle lacks gives no view, and is tried again.
 TEST(Panel, ViewIsMadeOnceAndHelpIsThePanelsOwnOnceItExists)
@@ -124,7 +109,10 @@ TEST(Panel, TheHostsDialogAndThePanelMayGoInEitherOrder)
     }
 }
 
-TEST(Bundles, TwoCopiesUnderOtherIdentifiersWorkSideBySideAndAFactoryKeepsItsFirstBundle)
+// The title comes from the model's table, which a copy may add: two copies
+// of the bundle under other identifiers work side by side, and a factory
+// keeps its first bundle.
+TEST(Bundles, TitleFromTheModelTableAndTwoCopiesSideBySide)
 {
     const BundleCopy copy(u"org.example.second.JobType"_s);
     copy.write(u"/Contents/Resources/en.lproj/Localizable5.strings"_s, "\"Custom PDE Title\" = \"Job Type Five\";\n");
@@ -134,22 +122,26 @@ TEST(Bundles, TwoCopiesUnderOtherIdentifiersWorkSideBySideAndAFactoryKeepsItsFir
     ASSERT_NE(second, nullptr);
     ASSERT_NE(static_cast<void *>(first), static_cast<void *>(second));
     EXPECT_TRUE(first->initWithBundle(pde::Bundle::open(copy.path))); // ignored: it has one
-
-    Callback callbacks[] = {Callback("plugin-model-5.ppd"), Callback("plugin-model-5.ppd")};
-    const std::unique_ptr<pde::PDEPanel> panels[] = {printPanel(first, &callbacks[0]), printPanel(second, &callbacks[1])};
-    EXPECT_EQ(panels[0]->panelKind(), u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN"_s);
-    EXPECT_EQ(panels[1]->panelKind(), u"org.example.second.JobType"_s);
-    pde::setPreferredLanguages(QStringList{u"en"_s});
-    EXPECT_EQ(panels[0]->panelName(), u"Job Type"_s);
-    EXPECT_EQ(panels[1]->panelName(), u"Job Type Five"_s) << "from table 5, which only the second copy has";
-    pde::setPreferredLanguages(std::nullopt);
-    for (int i = 0; i < 2; ++i) {
-        QWidget *view = panels[i]->panelView();
-        ASSERT_NE(view, nullptr);
-        panels[i]->restoreValuesAndReturnError(nullptr);
-        enter(view, {3, u"taro"_s, {}, {}, {}});
-        ASSERT_TRUE(panels[i]->saveValuesAndReturnError(nullptr));
-        EXPECT_EQ(record(callbacks[i].settings), u"201|4|taro||2|"_s);
+    const struct { pde::PDEPlugIn *factory; const char *ppd, *language; QString title, kind; } rows[] = {
+        {first, "plugin-allow-null-True.ppd", "en", u"Job Type"_s, u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN"_s},
+        {first, "plugin-model-2.ppd", "en", u"Job Type (Storage Kit)"_s, u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN"_s},
+        {first, "plugin-model-2.ppd", "ja_JP", u"ジョブタイプ（ストレージキット）"_s, u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN"_s},
+        {first, "plugin-model-5.ppd", "en", u"Job Type"_s, u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN"_s},
+        {second, "plugin-model-5.ppd", "en", u"Job Type Five"_s, u"org.example.second.JobType"_s},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(testing::Message() << row.ppd << " " << row.language);
+        pde::setPreferredLanguages(QStringList{QString::fromLatin1(row.language)});
+        Callback callback(row.ppd);
+        const std::unique_ptr<pde::PDEPanel> panel = printPanel(row.factory, &callback);
+        EXPECT_EQ(panel->panelName(), row.title);
+        EXPECT_EQ(panel->panelKind(), row.kind);
+        pde::setPreferredLanguages(std::nullopt);
+        ASSERT_NE(panel->panelView(), nullptr);
+        panel->restoreValuesAndReturnError(nullptr);
+        enter(panel->panelView(), {3, u"taro"_s, {}, {}, {}});
+        ASSERT_TRUE(panel->saveValuesAndReturnError(nullptr));
+        EXPECT_EQ(record(callback.settings), u"201|4|taro||2|"_s);
     }
 }
 
