@@ -78,7 +78,8 @@ TEST(PanelScreenshot, RendersFullLengthTextsUnclippedWithCaptionsThatFollowThePa
             QApplication::setPalette(darkPalette());
             QApplication::processEvents(); // widgets take a new application palette from an event
         }
-        EXPECT_EQ(panel.child<QLabel>("jobTypeLabel")->text(), name.startsWith(u"ja") ? QStringLiteral("ジョブタイプ") : QStringLiteral("Job Type"));
+        EXPECT_EQ(panel.child<QLabel>("jobTypeLabel")->text(),
+                  name.startsWith(u"ja") ? QStringLiteral("ジョブタイプ") : QStringLiteral("Job Type"));
         for (QWidget *widget : panel.view->findChildren<QWidget *>()) {
             if (qobject_cast<QLabel *>(widget) || qobject_cast<QAbstractButton *>(widget)
                 || qobject_cast<QComboBox *>(widget)) {

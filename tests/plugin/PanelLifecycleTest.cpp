@@ -122,11 +122,12 @@ TEST(Bundles, TitleFromTheModelTableAndTwoCopiesSideBySide)
     ASSERT_NE(second, nullptr);
     ASSERT_NE(static_cast<void *>(first), static_cast<void *>(second));
     EXPECT_TRUE(first->initWithBundle(pde::Bundle::open(copy.path))); // ignored: it has one
+    const QString builtKind = u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN"_s;
     const struct { pde::PDEPlugIn *factory; const char *ppd, *language; QString title, kind; } rows[] = {
-        {first, "plugin-allow-null-True.ppd", "en", u"Job Type"_s, u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN"_s},
-        {first, "plugin-model-2.ppd", "en", u"Job Type (Storage Kit)"_s, u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN"_s},
-        {first, "plugin-model-2.ppd", "ja_JP", u"ジョブタイプ（ストレージキット）"_s, u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN"_s},
-        {first, "plugin-model-5.ppd", "en", u"Job Type"_s, u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN"_s},
+        {first, "plugin-allow-null-True.ppd", "en", u"Job Type"_s, builtKind},
+        {first, "plugin-model-2.ppd", "en", u"Job Type (Storage Kit)"_s, builtKind},
+        {first, "plugin-model-2.ppd", "ja_JP", u"ジョブタイプ（ストレージキット）"_s, builtKind},
+        {first, "plugin-model-5.ppd", "en", u"Job Type"_s, builtKind}, // table 5: only the second copy has it
         {second, "plugin-model-5.ppd", "en", u"Job Type Five"_s, u"org.example.second.JobType"_s},
     };
     for (const auto &row : rows) {
@@ -187,8 +188,8 @@ TEST(HelpSetup, StaleRegistrationIsRemovedOnlyOnTheTenSixFamilyAndTheBookIsAlway
         file.close();
         EXPECT_EQ(!after.contains("org.example.helpsetup.JobType"), removed);
         EXPECT_EQ(after == kRegistration, !removed);
-        EXPECT_TRUE(
-            pde::HelpViewer::instance().registeredBooks().contains(u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN.help"_s));
+        EXPECT_TRUE(pde::HelpViewer::instance().registeredBooks().contains(
+            u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN.help"_s));
     }
     jt::setKernelReleaseReader(previousReader);
     jt::resetSystemQueryCache();
