@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The field formatters: typed into the panel's real fields, they refuse
 // characters and lengths the device cannot take, judge pastes whole, and
-// always let the user delete back into the rules; and the edges of their
-// code tables.
+// always let the user delete back into the rules.
 #include "PanelFixture.h"
-
-#include "panel/InputStringChecker.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -102,19 +99,6 @@ TEST_F(PanelTyping, EditsAreJudgedOnTheWholeText)
     edit->selectAll();
     QTest::keyClick(edit, Qt::Key_Backspace);
     EXPECT_EQ(panel.model->userName(), QVariant(QString()));
-}
-
-TEST(InputStringChecker, CodeTableEdges)
-{
-    constexpr char16_t kUpToTheLastCode[] = {0xFFF0, 0xFFFF, 0};
-    constexpr char16_t kEmptyList[] = {0};
-    jt::InputStringChecker upToTheLastCode;
-    jt::InputStringChecker emptyList;
-    upToTheLastCode.setAcceptableCodeRange(kUpToTheLastCode); // the table is built: the loop ends
-    emptyList.setAcceptableCodeRange(kEmptyList);
-    EXPECT_TRUE(upToTheLastCode.isPartialStringValid(QStringLiteral(u"\uffff\ufff0"), nullptr, nullptr));
-    EXPECT_FALSE(upToTheLastCode.isPartialStringValid(QStringLiteral(u"\uffef"), nullptr, nullptr));
-    EXPECT_FALSE(emptyList.isPartialStringValid(QStringLiteral("a"), nullptr, nullptr));
 }
 
 } // namespace
