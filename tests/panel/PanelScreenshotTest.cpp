@@ -32,15 +32,6 @@ int cursorLeft(const QLineEdit *field)
     return field->inputMethodQuery(Qt::ImCursorRectangle).toRect().left();
 }
 
-QPalette darkPalette()
-{
-    QPalette dark(QColor(0x3c, 0x3c, 0x3c), QColor(0x2b, 0x2b, 0x2b));
-    dark.setColor(QPalette::Active, QPalette::WindowText, QColor(0xf0, 0xf0, 0xf0));
-    dark.setColor(QPalette::Inactive, QPalette::WindowText, QColor(0xf0, 0xf0, 0xf0));
-    dark.setColor(QPalette::Disabled, QPalette::WindowText, QColor(0x80, 0x80, 0x80));
-    return dark;
-}
-
 // The panel as shown with every field at its longest content, in both
 // languages, at two scales, in the default and a dark palette (set while the
 // panel is shown: the captions follow it).
@@ -75,7 +66,10 @@ TEST(PanelScreenshot, RendersFullLengthTextsUnclippedWithCaptionsThatFollowThePa
         panel.view->adjustSize();
         panel.view->show();
         if (name.endsWith(u"dark")) {
-            QApplication::setPalette(darkPalette());
+            QPalette dark(QColor(0x3c, 0x3c, 0x3c), QColor(0x2b, 0x2b, 0x2b));
+            dark.setColor(QPalette::WindowText, QColor(0xf0, 0xf0, 0xf0)); // every group, then the disabled one
+            dark.setColor(QPalette::Disabled, QPalette::WindowText, QColor(0x80, 0x80, 0x80));
+            QApplication::setPalette(dark);
             QApplication::processEvents(); // widgets take a new application palette from an event
         }
         EXPECT_EQ(panel.child<QLabel>("jobTypeLabel")->text(),

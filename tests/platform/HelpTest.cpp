@@ -108,14 +108,12 @@ QByteArray registration(const char *url)
            "</array></dict></plist>\n";
 }
 
-enum class Reference { Without, With };
-
 // The binary form of the XML, with a keyed-archive reference added when
 // asked for, which XML cannot hold.
-QByteArray binary(const QByteArray &xml, Reference reference = Reference::Without)
+QByteArray binary(const QByteArray &xml, bool withReference = false)
 {
     const pde::PropertyListNode root = pde::parsePropertyList(xml);
-    if (reference == Reference::With)
+    if (withReference)
         plist_dict_set_item(root.get(), "Archive", plist_new_uid(3));
     char *data = nullptr;
     uint32_t length = 0;
@@ -152,8 +150,7 @@ TEST(HelpCache, RemovesOnlyAnEntryFromALocalizationFolder)
         QStringList messages = {};
     } rows[] = {
         {"removed, first in the order only", lproj, id, asXml(left)},
-        {"binary rewritten as XML that cannot hold it", binary(lproj, Reference::With), id,
-         asXml(binary(left, Reference::With)),
+        {"binary rewritten as XML that cannot hold it", binary(lproj, true), id, asXml(binary(left, true)),
          {u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN.utilityservice: Illegal Property List."_s}},
         {"url without .lproj", noLproj, id, std::nullopt},
         {"binary, url without .lproj", binary(noLproj), id, std::nullopt},

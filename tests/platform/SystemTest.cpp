@@ -17,7 +17,6 @@ namespace {
 
 // The reader must be a plain function pointer, so the release lives here.
 std::optional<std::string> g_release;
-std::optional<std::string> fixedRelease() { return g_release; }
 
 std::uint32_t ask(std::uint32_t selector)
 {
@@ -28,7 +27,7 @@ std::uint32_t ask(std::uint32_t selector)
 
 TEST(SystemVersion, PacksReleaseCachesItAndReportsUnknownSelectors)
 {
-    const qs::KernelReleaseReader previous = qs::setKernelReleaseReader(&fixedRelease);
+    const qs::KernelReleaseReader previous = qs::setKernelReleaseReader([] { return g_release; });
     const struct { std::optional<std::string> release; std::uint32_t packed, major, minor, bugFix, osMinor; } rows[] = {
         {"10.8.0", 0x1068, 10, 6, 8, 6},
         {"12.3.0", 0x1083, 10, 8, 3, 8},

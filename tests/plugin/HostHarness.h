@@ -201,15 +201,13 @@ inline QString shownState(const QWidget *view)
 // summary must hold nothing else.
 inline QString summaryLines(pde::PDEPanel &panel)
 {
-    const std::optional<pde::SummaryInfo> summary = panel.summaryInfo();
-    if (!summary)
-        return u"<none>"_s;
+    const pde::SummaryInfo summary = panel.summaryInfo().value_or(pde::SummaryInfo());
+    const QStringList order = summary.value(QString(pde::kSummaryDisplayOrderKey)).toStringList();
     QStringList lines;
-    const QStringList order = summary->value(QString(pde::kSummaryDisplayOrderKey)).toStringList();
     for (const QString &title : order)
-        lines.append(title + u": "_s + summary->value(title).toString());
-    if (summary->size() != order.size() + 1)
-        lines.append(u"<more entries>"_s);
+        lines.append(title + u": "_s + summary.value(title).toString());
+    if (summary.size() != order.size() + 1)
+        lines.append(u"<no summary, or entries out of the display order>"_s);
     return lines.join(u'|');
 }
 

@@ -7,14 +7,12 @@
 #include "MessageRecorder.h"
 
 #include "panel/PanelClasses.h"
-#include "pdekit/Bundle.h"
 #include "pdekit/PreferredLanguages.h"
 #include "platform/SystemQueryCache.h"
 #include "platform/SystemVersion.h"
 #include "plugin/VirtualMailboxPdeInterface.h"
 
 #include <QDir>
-#include <QFile>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -100,11 +98,9 @@ TEST(Panel, TheHostsDialogAndThePanelMayGoInEitherOrder)
             EXPECT_EQ(callback.settings.value(recordKey("PrintTypeUserName")), QVariant(u"taro"_s));
             panel->willShow();
             panel->summaryInfo();
-            panel.reset();
         } else {
             panel.reset(); // takes its view out of the dialog and deletes it
             EXPECT_TRUE(dialog->findChildren<QWidget *>().isEmpty());
-            dialog.reset();
         }
     }
 }
