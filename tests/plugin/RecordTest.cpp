@@ -35,7 +35,8 @@ QString saved(pde::PDEPanel &panel, const Callback &callback, const Recorder &re
     return accepted ? record(callback.settings) : recorder.alerts.join(u'\n');
 }
 
-// In each of the four printer encodings, what the panel shows, the summary
+// In each of the four printer encodings, what the panel shows (the pop-ups'
+// items, the controls that apply and their captions' colours), the summary
 // and the record agree: the yen sign is stored as the byte the printer prints
 // for it, a character the encoding lacks cannot be typed, a restored one
 // refuses the save while its field applies and is stored empty while it does
@@ -54,7 +55,7 @@ TEST(Record, ViewSummaryAndRecordAgreeInEveryPrinterEncoding)
         QString restored; // as restoredPanel takes them
         Entry typed;
         QString shown, result; // the record, or the alert of a refused save
-        QString summary = {};
+        QString summary = {}; // not compared when empty
     } rows[] = {
         {"secure, entered name with a comma", utf8, {}, {1, u"ab"_s, u"123456"_s, 1, u"a,b"_s},
          u"1|1|user,password,name"_s, u"201|2|ab|{123456}|2|/97/44/98"_s,
