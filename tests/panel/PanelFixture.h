@@ -65,10 +65,7 @@ struct LoadedPanel {
     bool loaded() const { return controller != nullptr && model != nullptr && view != nullptr; }
 
     template <typename T>
-    T *child(const char *name) const
-    {
-        return view->findChild<T *>(QString::fromLatin1(name));
-    }
+    T *child(const char *name) const { return view->findChild<T *>(QString::fromLatin1(name)); }
 };
 
 } // namespace paneltest

@@ -32,15 +32,6 @@ int cursorLeft(const QLineEdit *field)
     return field->inputMethodQuery(Qt::ImCursorRectangle).toRect().left();
 }
 
-QPalette darkPalette()
-{
-    QPalette dark(QColor(0x3c, 0x3c, 0x3c), QColor(0x2b, 0x2b, 0x2b));
-    dark.setColor(QPalette::Active, QPalette::WindowText, QColor(0xf0, 0xf0, 0xf0));
-    dark.setColor(QPalette::Inactive, QPalette::WindowText, QColor(0xf0, 0xf0, 0xf0));
-    dark.setColor(QPalette::Disabled, QPalette::WindowText, QColor(0x80, 0x80, 0x80));
-    return dark;
-}
-
 // The panel as shown with every field at its longest content, in both
 // languages, at two scales, in the default and a dark palette (set while the
 // panel is shown: the captions follow it).
@@ -49,15 +40,13 @@ TEST(PanelScreenshot, RendersFullLengthTextsUnclippedWithCaptionsThatFollowThePa
     const Ppd storage = openFixturePpd("panel-storage-options.ppd");
     QDir().mkpath(QStringLiteral(PDE_SCREENSHOT_DIR));
     const QPalette original = QApplication::palette();
-    const struct { const char *language; QString jobTypeCaption; bool dark; } rows[] = {
-        {"en", QStringLiteral("Job Type"), false}, {"ja", QStringLiteral("ジョブタイプ"), false},
-        {"en", QStringLiteral("Job Type"), true}, {"ja", QStringLiteral("ジョブタイプ"), true}};
     const std::pair<const char *, QString> fields[] = {{"userNameTextField", QStringLiteral("MMMMMMMM")},
                                                        {"passwordTextField", QStringLiteral("999999999999")},
                                                        {"docNameTextField", QStringLiteral("MMMMMMMMMMMM")}};
-    for (const auto &[language, jobTypeCaption, dark] : rows) {
-        const QString name = QStringLiteral("%1%2").arg(QString::fromLatin1(language), dark ? u"-dark" : u"");
-        pde::setPreferredLanguages(QStringList{QString::fromLatin1(language)});
+    for (const char *variant : {"en", "ja", "en-dark", "ja-dark"}) {
+        SCOPED_TRACE(variant);
+        const QString name = QString::fromLatin1(variant);
+        pde::setPreferredLanguages(QStringList{name.left(2)});
         LoadedPanel panel;
         ASSERT_TRUE(panel.loaded());
         panel.controller->setPPD(storage.get());
@@ -74,21 +63,23 @@ TEST(PanelScreenshot, RendersFullLengthTextsUnclippedWithCaptionsThatFollowThePa
         panel.controller->setDocumentName(fields[2].second);
         for (const auto &[field, text] : fields)
             panel.child<QLineEdit>(field)->end(false);
-
         panel.view->adjustSize();
         panel.view->show();
-        if (dark) {
-            QApplication::setPalette(darkPalette());
+        if (name.endsWith(u"dark")) {
+            QPalette dark(QColor(0x3c, 0x3c, 0x3c), QColor(0x2b, 0x2b, 0x2b));
+            dark.setColor(QPalette::WindowText, QColor(0xf0, 0xf0, 0xf0)); // every group, then the disabled one
+            dark.setColor(QPalette::Disabled, QPalette::WindowText, QColor(0x80, 0x80, 0x80));
+            QApplication::setPalette(dark);
             QApplication::processEvents(); // widgets take a new application palette from an event
         }
-        EXPECT_EQ(panel.child<QLabel>("jobTypeLabel")->text(), jobTypeCaption);
+        EXPECT_EQ(panel.child<QLabel>("jobTypeLabel")->text(),
+                  name.startsWith(u"ja") ? QStringLiteral("ジョブタイプ") : QStringLiteral("Job Type"));
         for (QWidget *widget : panel.view->findChildren<QWidget *>()) {
             if (qobject_cast<QLabel *>(widget) || qobject_cast<QAbstractButton *>(widget)
                 || qobject_cast<QComboBox *>(widget)) {
-                EXPECT_GE(widget->width(), widget->minimumSizeHint().width()) << qPrintable(name) << " " << qPrintable(widget->objectName());
+                EXPECT_GE(widget->width(), widget->minimumSizeHint().width()) << qPrintable(widget->objectName());
             }
         }
-
         for (const int scale : {1, 2}) {
             QImage image(panel.view->size() * scale, QImage::Format_ARGB32_Premultiplied);
             image.setDevicePixelRatio(scale);
@@ -99,18 +90,17 @@ TEST(PanelScreenshot, RendersFullLengthTextsUnclippedWithCaptionsThatFollowThePa
         for (std::size_t i = 0; i < std::size(fields); ++i) {
             const QLineEdit *field = panel.child<QLineEdit>(fields[i].first);
             EXPECT_GE(cursorLeft(field) - textStarts[i], field->fontMetrics().horizontalAdvance(field->displayText()))
-                << qPrintable(name) << " " << fields[i].first << " is cut off";
+                << fields[i].first << " is cut off";
         }
-
         const QPalette palette = panel.view->palette();
         const auto captionColor = [&panel](const char *label) {
             const QLabel *caption = panel.child<QLabel>(label);
             return caption->palette().color(QPalette::Active, caption->foregroundRole());
         };
-        EXPECT_EQ(captionColor("documentNameLabel"), palette.color(QPalette::Disabled, QPalette::WindowText)) << qPrintable(name);
-        EXPECT_EQ(captionColor("userNameLabel"), palette.color(QPalette::Active, QPalette::WindowText)) << qPrintable(name);
-        EXPECT_GE(std::abs(captionColor("userNameLabel").lightnessF() - captionColor("documentNameLabel").lightnessF()), 0.25)
-            << qPrintable(name) << ": a greyed caption stands out";
+        EXPECT_EQ(captionColor("documentNameLabel"), palette.color(QPalette::Disabled, QPalette::WindowText));
+        EXPECT_EQ(captionColor("userNameLabel"), palette.color(QPalette::Active, QPalette::WindowText));
+        EXPECT_GE(std::abs(captionColor("userNameLabel").lightnessF() - captionColor("documentNameLabel").lightnessF()),
+                  0.25) << "a greyed caption stands out";
         QApplication::setPalette(original);
         QApplication::processEvents();
     }
@@ -123,12 +113,9 @@ TEST(PanelStrings, JapaneseTableTranslatesEveryKeyThePanelUses)
 {
     LoadedPanel untranslated;
     ASSERT_TRUE(untranslated.loaded());
-    QStringList keys{QStringLiteral("Custom PDE Title"),
-                     QStringLiteral("User Name Message"),
-                     QStringLiteral("Password Message"),
-                     QStringLiteral("User Name Encoding Message"),
-                     QStringLiteral("Document Name Encoding Message"),
-                     QStringLiteral("No Job Storage"),
+    QStringList keys{QStringLiteral("Custom PDE Title"), QStringLiteral("User Name Message"),
+                     QStringLiteral("Password Message"), QStringLiteral("User Name Encoding Message"),
+                     QStringLiteral("Document Name Encoding Message"), QStringLiteral("No Job Storage"),
                      QStringLiteral("No Job Storage Option")};
     for (QWidget *widget : untranslated.view->findChildren<QWidget *>()) {
         keys.append(widget->toolTip());

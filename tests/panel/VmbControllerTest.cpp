@@ -1,63 +1,29 @@
 // SPDX-License-Identifier: MIT
 // The controller over the real panel: storage from the PPD, the gated print
-// type, the password in its protected form, the defaults button, and the
-// enabled controls and caption colours of every state, as the user sees them.
+// type, the password in its protected form and the defaults button, as the
+// user sees them; the model's wiping of the password; and the field
+// formatters, typed into the panel's real fields: they refuse characters and
+// lengths the device cannot take, judge pastes whole, and always let the
+// user delete back into the rules. The enabled controls and caption colours
+// of every state are checked with the record, through the plug-in
+// (tests/plugin).
 #include "PanelFixture.h"
 
 #include "text/PasswordProtection.h"
 
-#include <QApplication>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QToolTip>
 
 #include <gtest/gtest.h>
 
 namespace {
 
 using namespace paneltest;
-
-TEST(VmbController, EnabledControlsAndCaptionColoursFollowEveryState)
-{
-    // Each control, and the caption of those that have one: grey exactly
-    // while its control is disabled.
-    const char *const controls[] = {"jobTypePopUp", "userNameTextField", "passwordTextField",
-                                    "documentNameTypePopUp", "docNameTextField"};
-    const char *const captions[] = {"jobTypeLabel", "userNameLabel", "passwordLabel", "documentNameTypeLabel",
-                                    "documentNameLabel"};
-    const struct { const char *name; bool storage; int printType, documentNameType, enabled[5]; } rows[] = {
-        {"no storage", false, 1, 1, {0, 0, 0, 0, 0}},
-        {"storage, none", true, 0, 1, {1, 0, 0, 0, 0}},
-        {"secure, automatic name", true, 1, 0, {1, 1, 1, 1, 0}},
-        {"secure, entered name", true, 1, 1, {1, 1, 1, 1, 1}},
-        {"second secure kind", true, 4, 1, {1, 1, 1, 1, 1}},
-        {"sample, automatic name", true, 2, 0, {1, 1, 0, 1, 0}},
-        {"out of range type", true, 7, 2, {1, 1, 0, 1, 1}},
-    };
-    const QColor text = QApplication::palette().color(QPalette::Active, QPalette::WindowText);
-    const QColor grey = QApplication::palette().color(QPalette::Disabled, QPalette::WindowText);
-    const Ppd storage = openFixturePpd("panel-storage-options.ppd");
-    ASSERT_TRUE(storage);
-    for (const auto &row : rows) {
-        LoadedPanel panel;
-        ASSERT_TRUE(panel.loaded()) << row.name;
-        if (row.storage)
-            panel.controller->setPPD(storage.get());
-        // Without storage the controller refuses the type, so put it into the
-        // model as a binding would.
-        panel.model->setPrintType(row.printType);
-        panel.controller->setDocumentNameType(row.documentNameType);
-        for (int i = 0; i < 5; ++i) {
-            EXPECT_EQ(panel.child<QWidget>(controls[i])->isEnabled(), row.enabled[i] != 0) << row.name << ", " << controls[i];
-            if (captions[i] == nullptr)
-                continue;
-            const QLabel *caption = panel.child<QLabel>(captions[i]);
-            EXPECT_EQ(caption->palette().color(QPalette::Active, caption->foregroundRole()),
-                      row.enabled[i] != 0 ? text : grey)
-                << row.name << ", " << captions[i];
-        }
-    }
-}
 
 TEST(VmbController, StorageComesFromOption2ThenNVHardDiskAndANoteSaysWhenThereIsNone)
 {
@@ -74,8 +40,9 @@ TEST(VmbController, StorageComesFromOption2ThenNVHardDiskAndANoteSaysWhenThereIs
         {"panel-no-storage.ppd", nullptr, nullptr, false, QStringLiteral("This printer has no job storage")},
     };
     for (const auto &row : rows) {
+        SCOPED_TRACE(testing::Message() << row.ppd << " " << row.option2 << " " << row.nvHardDisk);
         const Ppd ppd = openFixturePpd(row.ppd);
-        ASSERT_TRUE(ppd) << row.ppd;
+        ASSERT_TRUE(ppd);
         if (row.option2 != nullptr)
             ppdMarkOption(ppd.get(), "Option2", row.option2);
         if (row.nvHardDisk != nullptr)
@@ -86,13 +53,13 @@ TEST(VmbController, StorageComesFromOption2ThenNVHardDiskAndANoteSaysWhenThereIs
         // A null PPD later keeps this one and its capability.
         panel.controller->setPPD(nullptr);
         EXPECT_EQ(panel.controller->ppd(), ppd.get());
-        EXPECT_EQ(panel.model->canStore(), QVariant(row.canStore)) << row.ppd << " " << row.option2 << " " << row.nvHardDisk;
+        EXPECT_EQ(panel.model->canStore(), QVariant(row.canStore));
         // The print type follows the capability.
         panel.controller->setPrintType(3);
-        EXPECT_EQ(panel.controller->printType(), QVariant(row.canStore ? 3 : 0)) << row.ppd << " " << row.option2 << " " << row.nvHardDisk;
+        EXPECT_EQ(panel.controller->printType(), QVariant(row.canStore ? 3 : 0));
         panel.controller->localizeView();
         const QLabel *note = panel.child<QLabel>("storageNoteLabel");
-        EXPECT_EQ(note->isVisibleTo(panel.view) ? note->text() : QString(), row.note) << row.ppd << " " << row.option2;
+        EXPECT_EQ(note->isVisibleTo(panel.view) ? note->text() : QString(), row.note);
     }
 }
 
@@ -105,19 +72,20 @@ TEST(VmbController, PasswordIsProtectedInThePrinterLanguageOrUtf8WithoutPPD)
         {"panel-no-storage.ppd", jt::StringEncoding::ShiftJIS_X0213}, // names no encoding
     };
     for (const auto &row : rows) {
+        SCOPED_TRACE(row.ppd ? row.ppd : "no PPD");
         const Ppd ppd = row.ppd != nullptr ? openFixturePpd(row.ppd) : Ppd();
         LoadedPanel panel;
         ASSERT_TRUE(panel.loaded());
         panel.controller->setPPD(ppd.get());
         panel.model->setPassword(clear);
         const std::optional<QString> protectedForm = panel.controller->password();
-        EXPECT_EQ(protectedForm, jt::CreateEncryptedString(clear, row.encoding)) << row.ppd;
+        EXPECT_EQ(protectedForm, jt::CreateEncryptedString(clear, row.encoding));
         panel.model->setPassword(QString());
         panel.controller->setPassword(protectedForm);
-        EXPECT_EQ(panel.model->password(), QVariant(clear)) << row.ppd;
+        EXPECT_EQ(panel.model->password(), QVariant(clear));
         // One that cannot be unprotected leaves the model empty.
         panel.controller->setPassword(QStringLiteral("not base64!"));
-        EXPECT_EQ(panel.model->password(), QVariant(QString())) << row.ppd;
+        EXPECT_EQ(panel.model->password(), QVariant(QString()));
     }
 }
 
@@ -136,6 +104,105 @@ TEST(VmbController, DefaultsButtonResetsAllButAGatedPrintType)
     for (const QVariant &value : {panel.model->userName(), panel.model->password(), panel.model->documentName()})
         EXPECT_EQ(value, QVariant(QString()));
     EXPECT_EQ(panel.model->documentNameType(), QVariant(1));
+}
+
+// The model's last act wipes the password in every copy that shares its
+// characters, such as the one a field showed.
+TEST(VmbModel, TearDownWipesThePasswordEverywhere)
+{
+    QString shown;
+    {
+        LoadedPanel panel;
+        ASSERT_TRUE(panel.loaded());
+        panel.model->setPassword(QString::number(1234));
+        shown = panel.model->password().toString();
+    }
+    EXPECT_EQ(shown, QString(4, QChar(0)));
+}
+
+class PanelTyping : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(panel.loaded());
+        panel.controller->setPPD(storage.get());
+        panel.controller->localizeView();
+        panel.controller->setPrintType(1); // every field applies
+        panel.view->show();
+    }
+
+    // Key clicks as a keyboard sends them; characters beyond ASCII arrive as
+    // key events that carry only their text, as an input method delivers them.
+    QLineEdit *type(const char *name, const QString &text)
+    {
+        QLineEdit *edit = panel.child<QLineEdit>(name);
+        edit->setFocus();
+        for (const QChar c : text) {
+            if (c.unicode() >= 0x20 && c.unicode() < 0x7F)
+                QTest::keyClick(edit, static_cast<char>(c.unicode()));
+            else
+                QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QString(c), Qt::NoModifier);
+        }
+        return edit;
+    }
+
+    Ppd storage = openFixturePpd("panel-storage-options.ppd");
+    LoadedPanel panel;
+};
+
+// Each field shows its rule as placeholder and tooltip, and a refused
+// keystroke shows the rule beside the field.
+TEST_F(PanelTyping, FieldsKeepOnlyWhatTheirFormatterAcceptsAndSayWhy)
+{
+    const struct { const char *field; QString typed, shown, rule; } rows[] = {
+        // Latin-1 letters in, the euro sign and kanji out, 8 at most.
+        {"userNameTextField", QStringLiteral(u"\u00e9\u20ac\u7530bcdefghij"), QStringLiteral(u"\u00e9bcdefgh"),
+         QStringLiteral("Up to 8 characters")},
+        // Digits only, 12 at most.
+        {"passwordTextField", QStringLiteral("1a 2345678901234"), QStringLiteral("123456789012"),
+         QStringLiteral("Digits only, up to 12")},
+        {"docNameTextField", QStringLiteral("Quarterly report"), QStringLiteral("Quarterly re"),
+         QStringLiteral("Up to 12 characters")},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.field);
+        QToolTip::hideText();
+        QLineEdit *edit = type(row.field, row.typed);
+        EXPECT_EQ(edit->text(), row.shown);
+        EXPECT_EQ((QStringList{edit->placeholderText(), edit->toolTip()}), (QStringList{row.rule, row.rule}));
+        EXPECT_TRUE(QToolTip::isVisible());
+        EXPECT_EQ(QToolTip::text(), row.rule);
+    }
+    EXPECT_EQ(panel.model->userName(), QVariant(QStringLiteral(u"\u00e9bcdefgh")));
+    EXPECT_EQ(panel.model->password(), QVariant(QStringLiteral("123456789012")));
+}
+
+// A paste is judged whole; a text a restore put there beyond the rules
+// refuses edits until they bring it back within them, and deleting
+// everything is always accepted.
+TEST_F(PanelTyping, EditsAreJudgedOnTheWholeText)
+{
+    QLineEdit *edit = type("userNameTextField", QStringLiteral("abc"));
+    QGuiApplication::clipboard()->setText(QStringLiteral("defghi")); // 9 in all
+    QTest::keyClick(edit, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(edit->text(), QStringLiteral("abc"));
+    QGuiApplication::clipboard()->setText(QStringLiteral("defgh")); // exactly 8
+    QTest::keyClick(edit, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(edit->text(), QStringLiteral("abcdefgh"));
+
+    panel.controller->setUserName(QStringLiteral("abcdefghij"));
+    ASSERT_EQ(edit->text(), QStringLiteral("abcdefghij"));
+    edit->end(false);
+    QTest::keyClick(edit, Qt::Key_Backspace); // 9: still too long
+    EXPECT_EQ(edit->text(), QStringLiteral("abcdefghij"));
+    edit->setSelection(7, 3);
+    QTest::keyClick(edit, Qt::Key_Backspace); // 7: within the rules again
+    EXPECT_EQ(edit->text(), QStringLiteral("abcdefg"));
+    EXPECT_EQ(panel.model->userName(), QVariant(QStringLiteral("abcdefg")));
+    edit->selectAll();
+    QTest::keyClick(edit, Qt::Key_Backspace);
+    EXPECT_EQ(panel.model->userName(), QVariant(QString()));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 // information dictionary, and removing a stale help registration from the
 // help viewer's file, with bundles and home directory in temporary folders.
 #include "FixturePpd.h"
+#include "MessageRecorder.h"
 
 #include "pdekit/Bundle.h"
 #include "pdekit/HelpViewer.h"
@@ -16,21 +17,12 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <plist/plist.h>
 
 namespace jt = com_norvanta_qs_o_vellumark_pde_JobTypeQTRN;
+using namespace Qt::StringLiterals;
 
 namespace {
-
-QList<std::pair<QString, QUrl>> g_opened;
-
-// Takes the pages opened while it lives.
-struct PageCatcher {
-    pde::HelpViewer::PageHandler previous = pde::HelpViewer::instance().setPageHandler(
-        [](const QString &book, const QUrl &page) { g_opened.append({book, page}); });
-    ~PageCatcher() { pde::HelpViewer::instance().setPageHandler(previous); }
-};
 
 // A registered bundle in `dir` with book `book`, `extra` entries in its
 // Info.plist, `localized` as its en.lproj/InfoPlist.strings (none when empty)
@@ -40,22 +32,19 @@ pde::Bundle *bundle(const QTemporaryDir &dir, const QByteArray &book, const QByt
 {
     static int serial = 0;
     const QString path = dir.filePath(QString::number(++serial));
-    for (const char *page : {"page.html", "Help/page.html", "Vendor/Pages/page.html"}) {
-        QFile file(path + QStringLiteral("/Contents/Resources/Help/") + QString::fromLatin1(page));
+    const auto write = [&path](const QString &name, const QByteArray &content) {
+        QFile file(path + name);
         QDir().mkpath(QFileInfo(file).path());
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    }
-    if (!localized.isEmpty()) {
-        QFile strings(path + QStringLiteral("/Contents/Resources/en.lproj/InfoPlist.strings"));
-        QDir().mkpath(QFileInfo(strings).path());
-        EXPECT_TRUE(strings.open(QIODevice::WriteOnly));
-        strings.write(localized);
-    }
-    QFile info(path + QStringLiteral("/Contents/Info.plist"));
-    EXPECT_TRUE(info.open(QIODevice::WriteOnly));
-    info.write("<plist version=\"1.0\"><dict><key>CFBundleHelpBookFolder</key><string>Help</string>"
-               "<key>CFBundleHelpBookName</key><string>" + book + "</string>" + extra + "</dict></plist>");
-    info.close();
+        file.write(content);
+    };
+    for (const char *page : {"page.html", "Help/page.html", "Vendor/Pages/page.html"})
+        write(QStringLiteral("/Contents/Resources/Help/") + QString::fromLatin1(page), {});
+    if (!localized.isEmpty())
+        write(QStringLiteral("/Contents/Resources/en.lproj/InfoPlist.strings"), localized);
+    write(QStringLiteral("/Contents/Info.plist"),
+          "<plist version=\"1.0\"><dict><key>CFBundleHelpBookFolder</key><string>Help</string>"
+          "<key>CFBundleHelpBookName</key><string>" + book + "</string>" + extra + "</dict></plist>");
     pde::Bundle *opened = pde::Bundle::open(path);
     jt::RegisterHelpBook(opened);
     return opened;
@@ -63,76 +52,51 @@ pde::Bundle *bundle(const QTemporaryDir &dir, const QByteArray &book, const QByt
 
 TEST(HelpBook, PagesOpenInTheBookFound)
 {
-    const PageCatcher catcher;
+    QStringList opened; // "book: page in the bundle's resources#anchor"
+    const pde::HelpViewer::PageHandler previous = pde::HelpViewer::instance().setPageHandler(
+        [&opened](const QString &book, const QUrl &page) {
+            opened.append(book + u": "_s + page.path().section(u"/Contents/Resources/"_s, 1) + u'#' + page.fragment());
+        });
     const QTemporaryDir dir;
-    bundle(dir, "Other Book"); // a book of its own, to see pages opened in it
-    // GotoHelpPage2_105 looks for the book in this order.
-    const struct { const char *ppd; QByteArray info; const char *book; } rows[] = { // book: null when nothing opens
-        {nullptr, {}, "Main Book"},
-        // The bundle's book names a key that holds the book.
-        {nullptr, "<key>Main Book</key><string>Other Book</string>", "Other Book"},
-        // The PPD names a key that holds the book, or a number (nothing opens)...
-        {"help-string-key.ppd", "<key>OtherBookKey</key><string>Other Book</string>", "Other Book"},
-        {"help-number.ppd", "<key>NumberKey</key><integer>7</integer>", nullptr},
-        // ...or a key the bundle lacks: the bundle's book.
-        {"help-missing-key.ppd", {}, "Main Book"},
-    };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.ppd ? row.ppd : "no PPD");
-        g_opened.clear();
-        const testsupport::Ppd ppd = row.ppd != nullptr ? testsupport::openFixturePpd(row.ppd) : nullptr;
-        jt::GotoHelpPage2_105(ppd.get(), "NVPTHelpBookName", bundle(dir, "Main Book", row.info),
-                              QStringLiteral("page.html"), std::nullopt);
-        EXPECT_EQ(g_opened.size(), row.book ? 1 : 0);
-        EXPECT_EQ(g_opened.value(0).first, QString::fromLatin1(row.book));
-    }
-
-    // Then three pages more, none for the calls without a bundle or page.
-    g_opened.clear();
-    jt::GotoHelpPage2_105(nullptr, "NVPTHelpBookName", nullptr, QStringLiteral("page.html"), std::nullopt);
-    pde::Bundle *main = bundle(dir, "Main Book");
-    const testsupport::Ppd ppd = testsupport::openFixturePpd("help-folder.ppd");
-    const QString help = QStringLiteral("Help"), page = QStringLiteral("page.html");
-    jt::GotoHelpPage2_106(ppd.get(), "NVPTHelpBookName", main, help, page, QStringLiteral("limits")); // the PPD's folder
-    jt::GotoHelpPage2_106(nullptr, "NVPTHelpBookName", main, help, page, std::nullopt);
-    jt::GotoHelpPage2_106(nullptr, "NVPTHelpBookName", main, help, std::nullopt, std::nullopt);
-    jt::GotoHelpPage(main, page, QStringLiteral("top"));
-    jt::GotoHelpPage(nullptr, page, std::nullopt);
-    ASSERT_EQ(g_opened.size(), 3);
-    EXPECT_TRUE(g_opened[0].second.path().endsWith(QStringLiteral("/Help/Vendor/Pages/page.html")));
-    EXPECT_EQ(g_opened[0].second.fragment(), QStringLiteral("limits"));
-    EXPECT_TRUE(g_opened[1].second.path().endsWith(QStringLiteral("/Help/Help/page.html")));
-    EXPECT_EQ(g_opened[2].first, QStringLiteral("Main Book"));
-    EXPECT_EQ(g_opened[2].second.fragment(), QStringLiteral("top"));
-}
-
-// The bundle renames its book in a language folder (en, the development
-// region, is always searched). Registration, GotoHelpPage and
-// GotoHelpPage2_105 read the localized information dictionary and so open
-// the localized book; GotoHelpPage2_106 reads the raw one.
-TEST(HelpBook, LocalizedOrRawBookName)
-{
-    const PageCatcher catcher;
-    const QTemporaryDir dir;
-    bundle(dir, "Raw Book"); // so that pages opened in the raw book are seen
+    bundle(dir, "Other Book"); // books of their own, to see pages opened in them
+    bundle(dir, "Raw Book");
+    // The bundle renames its book in a language folder (en, the development
+    // region, is always searched): registration, GotoHelpPage and
+    // GotoHelpPage2_105 read the localized information dictionary and so open
+    // the localized book, GotoHelpPage2_106 the raw one.
     pde::Bundle *localized = bundle(dir, "Raw Book", {}, "\"CFBundleHelpBookName\" = \"Local Book\";\n");
-    const QString page = QStringLiteral("page.html");
-    const struct { const char *name; std::function<void()> open; QString book; } rows[] = {
-        {"GotoHelpPage", [&] { jt::GotoHelpPage(localized, page, std::nullopt); }, QStringLiteral("Local Book")},
-        {"GotoHelpPage2_105",
-         [&] { jt::GotoHelpPage2_105(nullptr, "NVPTHelpBookName", localized, page, std::nullopt); },
-         QStringLiteral("Local Book")},
-        {"GotoHelpPage2_106",
-         [&] { jt::GotoHelpPage2_106(nullptr, "NVPTHelpBookName", localized, QStringLiteral("Help"), page, std::nullopt); },
-         QStringLiteral("Raw Book")},
+    pde::Bundle *main = bundle(dir, "Main Book");
+    const char *key = "NVPTHelpBookName";
+    const QString page = QStringLiteral("page.html"), help = QStringLiteral("Help");
+    // GotoHelpPage2_105 looks for the book in the key the PPD names, in the
+    // key the bundle's book names, then in the bundle's book.
+    const auto open105 = [&](const char *ppdName, const QByteArray &info) {
+        const testsupport::Ppd ppd = ppdName != nullptr ? testsupport::openFixturePpd(ppdName) : nullptr;
+        jt::GotoHelpPage2_105(ppd.get(), key, bundle(dir, "Main Book", info), page, std::nullopt);
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        g_opened.clear();
-        row.open();
-        ASSERT_EQ(g_opened.size(), 1);
-        EXPECT_EQ(g_opened[0].first, row.book);
-    }
+    open105(nullptr, {});
+    open105(nullptr, "<key>Main Book</key><string>Other Book</string>");
+    open105("help-string-key.ppd", "<key>OtherBookKey</key><string>Other Book</string>");
+    open105("help-number.ppd", "<key>NumberKey</key><integer>7</integer>"); // nothing opens
+    open105("help-missing-key.ppd", {});
+    jt::GotoHelpPage2_105(nullptr, key, localized, page, std::nullopt);
+    jt::GotoHelpPage2_105(nullptr, key, nullptr, page, std::nullopt);
+    // GotoHelpPage2_106 opens the page in the folder the PPD names, else in
+    // the folder given.
+    const testsupport::Ppd folder = testsupport::openFixturePpd("help-folder.ppd");
+    jt::GotoHelpPage2_106(folder.get(), key, main, help, page, QStringLiteral("limits"));
+    jt::GotoHelpPage2_106(nullptr, key, main, help, page, std::nullopt);
+    jt::GotoHelpPage2_106(nullptr, key, localized, help, page, std::nullopt);
+    jt::GotoHelpPage2_106(nullptr, key, main, help, std::nullopt, std::nullopt);
+    jt::GotoHelpPage(main, page, QStringLiteral("top"));
+    jt::GotoHelpPage(localized, page, std::nullopt);
+    jt::GotoHelpPage(nullptr, page, std::nullopt);
+    pde::HelpViewer::instance().setPageHandler(previous);
+    EXPECT_EQ(opened, (QStringList{u"Main Book: Help/page.html#"_s, u"Other Book: Help/page.html#"_s,
+                                   u"Other Book: Help/page.html#"_s, u"Main Book: Help/page.html#"_s,
+                                   u"Local Book: Help/page.html#"_s, u"Main Book: Help/Vendor/Pages/page.html#limits"_s,
+                                   u"Main Book: Help/Help/page.html#"_s, u"Raw Book: Help/Help/page.html#"_s,
+                                   u"Main Book: Help/page.html#top"_s, u"Local Book: Help/page.html#"_s}));
 }
 
 QByteArray registration(const char *url)
@@ -144,14 +108,12 @@ QByteArray registration(const char *url)
            "</array></dict></plist>\n";
 }
 
-enum class Reference { Without, With };
-
 // The binary form of the XML, with a keyed-archive reference added when
 // asked for, which XML cannot hold.
-QByteArray binary(const QByteArray &xml, Reference reference = Reference::Without)
+QByteArray binary(const QByteArray &xml, bool withReference = false)
 {
     const pde::PropertyListNode root = pde::parsePropertyList(xml);
-    if (reference == Reference::With)
+    if (withReference)
         plist_dict_set_item(root.get(), "Archive", plist_new_uid(3));
     char *data = nullptr;
     uint32_t length = 0;
@@ -160,8 +122,6 @@ QByteArray binary(const QByteArray &xml, Reference reference = Reference::Withou
     std::free(data);
     return bytes;
 }
-
-QStringList g_messages;
 
 TEST(HelpCache, RemovesOnlyAnEntryFromALocalizationFolder)
 {
@@ -190,16 +150,14 @@ TEST(HelpCache, RemovesOnlyAnEntryFromALocalizationFolder)
         QStringList messages = {};
     } rows[] = {
         {"removed, first in the order only", lproj, id, asXml(left)},
-        {"binary rewritten as XML that cannot hold it", binary(lproj, Reference::With), id,
-         asXml(binary(left, Reference::With)), {QStringLiteral("Illegal Property List.")}},
+        {"binary rewritten as XML that cannot hold it", binary(lproj, true), id, asXml(binary(left, true)),
+         {u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN.utilityservice: Illegal Property List."_s}},
         {"url without .lproj", noLproj, id, std::nullopt},
         {"binary, url without .lproj", binary(noLproj), id, std::nullopt},
         {"no entry", lproj, QStringLiteral("org.example.none"), std::nullopt},
         {"no identifier", lproj, std::nullopt, std::nullopt},
         {"no file", std::nullopt, id, std::nullopt},
     };
-    const QtMessageHandler previous = qInstallMessageHandler(
-        [](QtMsgType, const QMessageLogContext &, const QString &message) { g_messages.append(message); });
     for (const auto &row : rows) {
         SCOPED_TRACE(row.name);
         file.remove();
@@ -208,7 +166,7 @@ TEST(HelpCache, RemovesOnlyAnEntryFromALocalizationFolder)
             file.write(*row.content);
             file.close();
         }
-        g_messages.clear();
+        const testsupport::MessageRecorder log;
         jt::UtilityService::removeHelpCacheForBundleID(row.id);
         // Nothing made beside it either, such as a left-over temporary file.
         EXPECT_EQ(preferences.entryList(QDir::Files | QDir::Hidden),
@@ -218,9 +176,8 @@ TEST(HelpCache, RemovesOnlyAnEntryFromALocalizationFolder)
             EXPECT_EQ(file.readAll(), row.after.value_or(*row.content));
             file.close();
         }
-        EXPECT_EQ(g_messages, row.messages);
+        EXPECT_EQ(testsupport::MessageRecorder::messages(), row.messages);
     }
-    qInstallMessageHandler(previous);
     qputenv("HOME", savedHome);
 }
 

@@ -131,58 +131,83 @@ inline QString recordKey(const char *suffix)
 inline const char *const kRecordSuffixes[] = {"SecureVersion", "PrintType", "PrintTypeUserName",
                                               "PrintTypePassword", "DocumentNameType", "DocumentName"};
 
-// The record's six values in order, joined by '|'.
-inline QString record(const pde::PrintSettings &settings)
-{
-    QStringList values;
-    for (const char *suffix : kRecordSuffixes)
-        values.append(settings.value(recordKey(suffix)).value_or(u"<absent>"_s).toString());
-    return values.join(u'|');
-}
-
 inline QString protectedUtf8(const QString &password)
 {
     return jt::CreateEncryptedString(password, jt::StringEncoding::UTF8).value_or(QString());
 }
 
+// The record's six values in order, joined by '|'. A password entry that is
+// exactly the protected UTF-8 form of a text shows as that text in braces.
+inline QString record(const pde::PrintSettings &settings)
+{
+    QStringList values;
+    for (const char *suffix : kRecordSuffixes)
+        values.append(settings.value(recordKey(suffix)).value_or(u"<absent>"_s).toString());
+    const std::optional<QString> clear = jt::CreateDecryptedString(values[3], jt::StringEncoding::UTF8);
+    if (clear && protectedUtf8(*clear) == values[3])
+        values[3] = u'{' + *clear + u'}';
+    return values.join(u'|');
+}
+
 // A new panel restored from the record's entries, given joined by '|' from
-// the print type on (the password clear: it is stored protected).
+// the print type on ("{1234}" for the protected form of a password), with the
+// print settings emptied afterwards so that a save writes the record anew.
 inline std::unique_ptr<pde::PDEPanel> restoredPanel(Callback &callback, const QString &entries)
 {
     const QStringList values = entries.split(u'|');
-    for (qsizetype i = 0; i < values.size(); ++i)
-        callback.settings.setValue(recordKey(kRecordSuffixes[i + 1]), i == 2 ? protectedUtf8(values[i]) : values[i]);
+    for (qsizetype i = 0; i < values.size(); ++i) {
+        const QString &value = values[i];
+        const bool braced = i == 2 && value.startsWith(u'{') && value.endsWith(u'}');
+        callback.settings.setValue(recordKey(kRecordSuffixes[i + 1]),
+                                   braced ? protectedUtf8(value.mid(1).chopped(1)) : value);
+    }
     std::unique_ptr<pde::PDEPanel> panel = printPanel(loadFactory(), &callback);
     if (panel != nullptr)
         panel->restoreValuesAndReturnError(nullptr);
+    callback.settings = pde::PrintSettings();
     return panel;
 }
 
 // What the controls show: the job type and document name type pop-ups'
-// items and the text fields that are enabled, as "1|1|user,password,name".
+// items (in parentheses while disabled) and the text fields that are
+// enabled, as "1|(1)|user,password"; a caption that is not grey exactly
+// while its control is disabled is added as "!<caption>".
 inline QString shownState(const QWidget *view)
 {
-    QStringList enabled;
-    for (const auto &[name, shortName] : {std::pair{"userNameTextField", "user"},
-                                          std::pair{"passwordTextField", "password"},
-                                          std::pair{"docNameTextField", "name"}}) {
-        if (view->findChild<QLineEdit *>(QString::fromLatin1(name))->isEnabled())
-            enabled.append(QString::fromLatin1(shortName));
+    const auto child = [view](const char *name) { return view->findChild<QWidget *>(QLatin1StringView(name)); };
+    const struct { const char *control, *caption, *field; } controls[] = {
+        {"jobTypePopUp", "jobTypeLabel", nullptr},
+        {"userNameTextField", "userNameLabel", "user"},
+        {"passwordTextField", "passwordLabel", "password"},
+        {"documentNameTypePopUp", "documentNameTypeLabel", nullptr},
+        {"docNameTextField", "documentNameLabel", "name"},
+    };
+    QStringList popups, fields, wrongCaptions;
+    for (const auto &[control, caption, field] : controls) {
+        const QWidget *widget = child(control);
+        if (const auto *popup = qobject_cast<const QComboBox *>(widget))
+            popups.append((widget->isEnabled() ? u"%1"_s : u"(%1)"_s).arg(popup->currentIndex()));
+        else if (widget->isEnabled())
+            fields.append(QLatin1StringView(field));
+        const QWidget *label = child(caption);
+        if (label->palette().color(QPalette::Active, label->foregroundRole())
+            != view->palette().color(widget->isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText))
+            wrongCaptions.append(u'!' + QLatin1StringView(caption));
     }
-    return u"%1|%2|%3"_s.arg(view->findChild<QComboBox *>(u"jobTypePopUp"_s)->currentIndex())
-        .arg(view->findChild<QComboBox *>(u"documentNameTypePopUp"_s)->currentIndex())
-        .arg(enabled.join(u','));
+    return (popups + QStringList{fields.join(u',')} + wrongCaptions).join(u'|');
 }
 
-// The summary's lines, "Title: value" in display order, joined by '|'.
+// The summary's lines, "Title: value" in display order, joined by '|'; the
+// summary must hold nothing else.
 inline QString summaryLines(pde::PDEPanel &panel)
 {
-    const std::optional<pde::SummaryInfo> summary = panel.summaryInfo();
-    if (!summary)
-        return u"<none>"_s;
+    const pde::SummaryInfo summary = panel.summaryInfo().value_or(pde::SummaryInfo());
+    const QStringList order = summary.value(QString(pde::kSummaryDisplayOrderKey)).toStringList();
     QStringList lines;
-    for (const QString &title : summary->value(QString(pde::kSummaryDisplayOrderKey)).toStringList())
-        lines.append(title + u": "_s + summary->value(title).toString());
+    for (const QString &title : order)
+        lines.append(title + u": "_s + summary.value(title).toString());
+    if (summary.size() != order.size() + 1)
+        lines.append(u"<no summary, or entries out of the display order>"_s);
     return lines.join(u'|');
 }
 

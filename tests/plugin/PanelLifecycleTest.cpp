@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: MIT
 // The factory and the panel's life as the host drives it: kinds of dialog,
 // title and kind, the view made once, help, and two copies of the bundle in
-// one process.
+// one process; and the help set-up of the first view, with the panel made
+// directly, so that the system version can be fixed.
 #include "HostHarness.h"
 #include "MessageRecorder.h"
 
-#include "pdekit/Bundle.h"
+#include "panel/PanelClasses.h"
 #include "pdekit/PreferredLanguages.h"
+#include "platform/SystemQueryCache.h"
+#include "platform/SystemVersion.h"
+#include "plugin/VirtualMailboxPdeInterface.h"
 
+#include <QDir>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -31,43 +36,26 @@ TEST(Factory, MakesOnePanelForThePrintDialogAndAnEmptyListForOtherDialogs)
     }
 }
 
-TEST(Panel, TitleComesFromTheModelTable)
-{
-    const struct { const char *ppd, *language; QString title; } rows[] = {
-        {nullptr, "en", u"Job Type"_s},
-        {"plugin-model-2.ppd", "en", u"Job Type (Storage Kit)"_s},
-        {"plugin-model-2.ppd", "ja_JP", u"ジョブタイプ（ストレージキット）"_s},
-    };
-    for (const auto &row : rows) {
-        pde::setPreferredLanguages(QStringList{QString::fromLatin1(row.language)});
-        Callback callback(row.ppd);
-        EXPECT_EQ(printPanel(loadFactory(), &callback)->panelName(), row.title) << row.ppd << " " << row.language;
-    }
-    pde::setPreferredLanguages(std::nullopt);
-}
-
+// Until the panel has a view the host shows its own help; a nib the PPD
+// names but the bundle lacks gives no view, and is tried again.
 TEST(Panel, ViewIsMadeOnceAndHelpIsThePanelsOwnOnceItExists)
 {
     Recorder recorder;
-    Callback callback("plugin-allow-null-True.ppd");
+    Callback callback("plugin-allow-null-True.ppd"), lacking("plugin-missing-nib.ppd");
     const std::unique_ptr<pde::PDEPanel> panel = printPanel(loadFactory(), &callback);
-    EXPECT_TRUE(panel->shouldShowHelp()) << "no view yet: the host shows its own help";
+    EXPECT_TRUE(panel->shouldShowHelp());
     QWidget *view = panel->panelView();
     ASSERT_NE(view, nullptr);
     EXPECT_EQ(panel->panelView(), view);
     EXPECT_FALSE(panel->shouldShowHelp());
     ASSERT_EQ(recorder.helpPages.size(), 1);
     EXPECT_TRUE(recorder.helpPages.front().path().endsWith(u"/Help/SecureJobType.html"_s));
-}
 
-TEST(Panel, ANibThePPDNamesButTheBundleLacksGivesNoViewAndIsTriedAgain)
-{
-    Callback callback("plugin-missing-nib.ppd");
-    const std::unique_ptr<pde::PDEPanel> panel = printPanel(loadFactory(), &callback);
-    EXPECT_EQ(panel->panelView(), nullptr);
-    EXPECT_EQ(panel->panelView(), nullptr);
-    EXPECT_TRUE(panel->shouldShowHelp());
-    panel->willShow(); // does nothing without a view
+    const std::unique_ptr<pde::PDEPanel> viewless = printPanel(loadFactory(), &lacking);
+    EXPECT_EQ(viewless->panelView(), nullptr);
+    EXPECT_EQ(viewless->panelView(), nullptr);
+    EXPECT_TRUE(viewless->shouldShowHelp());
+    viewless->willShow(); // does nothing without a view
 }
 
 // A nib or table name from the PPD that would lead out of the bundle's
@@ -110,16 +98,17 @@ TEST(Panel, TheHostsDialogAndThePanelMayGoInEitherOrder)
             EXPECT_EQ(callback.settings.value(recordKey("PrintTypeUserName")), QVariant(u"taro"_s));
             panel->willShow();
             panel->summaryInfo();
-            panel.reset();
         } else {
             panel.reset(); // takes its view out of the dialog and deletes it
             EXPECT_TRUE(dialog->findChildren<QWidget *>().isEmpty());
-            dialog.reset();
         }
     }
 }
 
-TEST(Bundles, TwoCopiesUnderOtherIdentifiersWorkSideBySideAndAFactoryKeepsItsFirstBundle)
+// The title comes from the model's table, which a copy may add: two copies
+// of the bundle under other identifiers work side by side, and a factory
+// keeps its first bundle.
+TEST(Bundles, TitleFromTheModelTableAndTwoCopiesSideBySide)
 {
     const BundleCopy copy(u"org.example.second.JobType"_s);
     copy.write(u"/Contents/Resources/en.lproj/Localizable5.strings"_s, "\"Custom PDE Title\" = \"Job Type Five\";\n");
@@ -129,23 +118,78 @@ TEST(Bundles, TwoCopiesUnderOtherIdentifiersWorkSideBySideAndAFactoryKeepsItsFir
     ASSERT_NE(second, nullptr);
     ASSERT_NE(static_cast<void *>(first), static_cast<void *>(second));
     EXPECT_TRUE(first->initWithBundle(pde::Bundle::open(copy.path))); // ignored: it has one
-
-    Callback callbacks[] = {Callback("plugin-model-5.ppd"), Callback("plugin-model-5.ppd")};
-    const std::unique_ptr<pde::PDEPanel> panels[] = {printPanel(first, &callbacks[0]), printPanel(second, &callbacks[1])};
-    EXPECT_EQ(panels[0]->panelKind(), u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN"_s);
-    EXPECT_EQ(panels[1]->panelKind(), u"org.example.second.JobType"_s);
-    pde::setPreferredLanguages(QStringList{u"en"_s});
-    EXPECT_EQ(panels[0]->panelName(), u"Job Type"_s);
-    EXPECT_EQ(panels[1]->panelName(), u"Job Type Five"_s) << "from table 5, which only the second copy has";
-    pde::setPreferredLanguages(std::nullopt);
-    for (int i = 0; i < 2; ++i) {
-        QWidget *view = panels[i]->panelView();
-        ASSERT_NE(view, nullptr);
-        panels[i]->restoreValuesAndReturnError(nullptr);
-        enter(view, {3, u"taro"_s, {}, {}, {}});
-        ASSERT_TRUE(panels[i]->saveValuesAndReturnError(nullptr));
-        EXPECT_EQ(record(callbacks[i].settings), u"201|4|taro||2|"_s);
+    const QString builtKind = u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN"_s;
+    const struct { pde::PDEPlugIn *factory; const char *ppd, *language; QString title, kind; } rows[] = {
+        {first, "plugin-allow-null-True.ppd", "en", u"Job Type"_s, builtKind},
+        {first, "plugin-model-2.ppd", "en", u"Job Type (Storage Kit)"_s, builtKind},
+        {first, "plugin-model-2.ppd", "ja_JP", u"ジョブタイプ（ストレージキット）"_s, builtKind},
+        {first, "plugin-model-5.ppd", "en", u"Job Type"_s, builtKind}, // table 5: only the second copy has it
+        {second, "plugin-model-5.ppd", "en", u"Job Type Five"_s, u"org.example.second.JobType"_s},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(testing::Message() << row.ppd << " " << row.language);
+        pde::setPreferredLanguages(QStringList{QString::fromLatin1(row.language)});
+        Callback callback(row.ppd);
+        const std::unique_ptr<pde::PDEPanel> panel = printPanel(row.factory, &callback);
+        EXPECT_EQ(panel->panelName(), row.title);
+        EXPECT_EQ(panel->panelKind(), row.kind);
+        pde::setPreferredLanguages(std::nullopt);
+        ASSERT_NE(panel->panelView(), nullptr);
+        panel->restoreValuesAndReturnError(nullptr);
+        enter(panel->panelView(), {3, u"taro"_s, {}, {}, {}});
+        ASSERT_TRUE(panel->saveValuesAndReturnError(nullptr));
+        EXPECT_EQ(record(callback.settings), u"201|4|taro||2|"_s);
     }
+}
+
+const QByteArray kRegistration = R"(<?xml version="1.0" encoding="UTF-8"?>
+<plist version="1.0"><dict>
+<key>RegisteredBooks</key><dict><key>org.example.helpsetup.JobType</key>
+<array><dict><key>url</key><string>file:///opt/Example.plugin/Contents/Resources/en.lproj/Help/</string></dict></array></dict>
+<key>RegistrationOrder</key><array><string>org.example.helpsetup.JobType</string></array>
+</dict></plist>
+)";
+
+std::string g_release;
+
+TEST(HelpSetup, StaleRegistrationIsRemovedOnlyOnTheTenSixFamilyAndTheBookIsAlwaysRegistered)
+{
+    const BundleCopy copy(u"org.example.helpsetup.JobType"_s);
+    pde::Bundle *bundle = pde::Bundle::open(copy.path);
+    ASSERT_NE(bundle, nullptr);
+    jt::registerPanelClasses(bundle->classes());
+    const QByteArray previousHome = qgetenv("HOME");
+    const jt::KernelReleaseReader previousReader =
+        jt::setKernelReleaseReader([]() -> std::optional<std::string> { return g_release; });
+
+    // Packed: 10.8 -> 0x1068, 9.8 -> 0x1058, 11.5 -> 0x1075.
+    const std::pair<const char *, bool> rows[] = {{"10.8.0", true}, {"9.8.0", false}, {"11.5.0", false}};
+    for (const auto &[release, removed] : rows) {
+        SCOPED_TRACE(release);
+        QTemporaryDir home;
+        QDir().mkpath(home.path() + u"/Library/Preferences"_s);
+        QFile file(home.path() + u"/Library/Preferences/com.apple.help.plist"_s);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(kRegistration);
+        file.close();
+        qputenv("HOME", home.path().toUtf8());
+        g_release = release;
+        jt::resetSystemQueryCache();
+
+        Callback callback;
+        jt::VirtualMailboxPdeInterface panel(&callback, bundle);
+        ASSERT_NE(panel.panelView(), nullptr);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QByteArray after = file.readAll();
+        file.close();
+        EXPECT_EQ(!after.contains("org.example.helpsetup.JobType"), removed);
+        EXPECT_EQ(after == kRegistration, !removed);
+        EXPECT_TRUE(pde::HelpViewer::instance().registeredBooks().contains(
+            u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN.help"_s));
+    }
+    jt::setKernelReleaseReader(previousReader);
+    jt::resetSystemQueryCache();
+    qputenv("HOME", previousHome);
 }
 
 } // namespace
