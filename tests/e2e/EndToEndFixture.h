@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the end-to-end and pde-host tests share: pde-host run to its end, the
-// record it prints, and, for the end-to-end tests, one private scheduler per
+// What the end-to-end and pde-host tests share: the hosts run to their end,
+// the record pde-host prints, whole files read and written, and, for the end-to-end tests, one private scheduler per
 // test process with the example printer's queue "e2e" and two that hold
 // every job, as a panel printer's queue does for a session agent: "held" of
 // the same printer and "e2e-colour" of a colour one; a private home (its
@@ -13,6 +13,7 @@
 #include "host/LpOptions.h"
 #include "host/OrderedJson.h"
 
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -27,6 +28,7 @@ using namespace Qt::StringLiterals;
 
 inline const QString kBundle = QStringLiteral(PDE_BUNDLE_DIR);
 inline const QString kHost = QStringLiteral(PDE_HOST_BINARY);
+inline const QString kPrint = QStringLiteral(PDE_PRINT_BINARY);
 inline const QString kPpd = QStringLiteral(PDE_SOURCE_DIR "/examples/example-mfp.ppd");
 inline const QString kDocument = QStringLiteral(PDE_SOURCE_DIR "/examples/quarterly-report.txt");
 inline const QString kPrefix = QStringLiteral("com.norvanta.qs.o.print.printsettings.");
@@ -49,16 +51,17 @@ inline QStringList forPrinter(const QString &printer, const QStringList &rest)
 }
 
 struct HostRun {
-    int exitCode = -1;
+    int exitCode = -1; // -1 when it did not end by itself within a minute
     QString out;
     QString err;
 };
 
-// pde-host run to its end, with `environment` ("NAME=value") added to the
-// test's own and `input` on its standard input, or instead `stdinFrom` there:
-// a file, or "closed" for none at all.
+// `program` (pde-host unless named) run to its end, with `environment`
+// ("NAME=value" to set, a bare "NAME" to unset) applied to the test's own and
+// `input` on its standard input, or instead `stdinFrom` there: a file, or
+// "closed" for none at all.
 inline HostRun runHost(const QStringList &arguments, const QByteArray &input = {}, const QStringList &environment = {},
-                       const QString &stdinFrom = {})
+                       const QString &stdinFrom = {}, const QString &program = kHost)
 {
     QProcess process;
     if (stdinFrom == u"closed")
@@ -67,16 +70,34 @@ inline HostRun runHost(const QStringList &arguments, const QByteArray &input = {
         process.setStandardInputFile(stdinFrom);
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.remove(u"PDE_PLUGIN_PATH"_s);
-    for (const QString &entry : environment)
-        env.insert(entry.section(u'=', 0, 0), entry.section(u'=', 1));
+    for (const QString &entry : environment) {
+        if (entry.contains(u'='))
+            env.insert(entry.section(u'=', 0, 0), entry.section(u'=', 1));
+        else
+            env.remove(entry);
+    }
     process.setProcessEnvironment(env);
-    process.start(kHost, arguments);
+    process.start(program, arguments);
     if (stdinFrom.isEmpty())
         process.write(input);
     process.closeWriteChannel();
-    process.waitForFinished(60000);
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+    const bool ended = process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit;
+    return {ended ? process.exitCode() : -1, QString::fromUtf8(process.readAllStandardOutput()),
             QString::fromUtf8(process.readAllStandardError())};
+}
+
+// The content of the file at `path`; empty when it cannot be read.
+inline QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Writes `content` to the file at `path`; false when that fails.
+inline bool writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
 // The six record entries among `options` ("name=value"), in the record's

@@ -43,10 +43,8 @@ TEST_F(EndToEnd, PrintAndReleaseDeliverTheRecordByteForByteAndARefusalChangesNot
         QTemporaryDir scratch;
         const QString path = scratch.filePath(u"settings.json"_s);
         const auto settings = [&] {
-            QFile file(path);
-            if (row.settings.isEmpty() || !file.open(QIODevice::WriteOnly) || file.write(row.settings) < 0)
-                return QStringList();
-            return QStringList{u"--settings"_s, path};
+            return !row.settings.isEmpty() && writeFile(path, row.settings) ? QStringList{u"--settings"_s, path}
+                                                                            : QStringList();
         };
         const HostRun record = runHost(forPrinter(queue, (settings() << u"record"_s) + values), row.password + '\n');
 
@@ -83,7 +81,7 @@ TEST_F(EndToEnd, AJobThatFailsOnTheWayIsCancelled)
 {
     QTemporaryDir scratch;
     const QString empty = scratch.filePath(u"empty.txt"_s);
-    QFile(empty).open(QIODevice::WriteOnly);
+    ASSERT_TRUE(writeFile(empty, {}));
     const struct {
         const char *name;
         QStringList files;

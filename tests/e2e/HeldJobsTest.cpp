@@ -122,13 +122,10 @@ TEST_F(Agent, PrintKeepHeldAndCancelJobDoWhatTheySayAndAJobCancelledElsewhereSay
 
 TEST_F(Agent, AJobWhosePanelCannotBeShownStaysHeldAndTheWindowSaysWhy)
 {
-    QFile example(kPpd);
     QTemporaryDir dir;
-    QFile missing(dir.filePath(u"missing.ppd"_s));
-    ASSERT_TRUE(example.open(QIODevice::ReadOnly) && missing.open(QIODevice::WriteOnly));
-    missing.write(example.readAll().replace("JobTypeQTRN.plugin", "Nowhere.plugin"));
-    missing.close();
-    ASSERT_TRUE(cupsd->addQueue(u"missing"_s, missing.fileName(), {u"job-hold-until-default=indefinite"_s}));
+    const QString missing = dir.filePath(u"missing.ppd"_s);
+    ASSERT_TRUE(writeFile(missing, readFile(kPpd).replace("JobTypeQTRN.plugin", "Nowhere.plugin")));
+    ASSERT_TRUE(cupsd->addQueue(u"missing"_s, missing, {u"job-hold-until-default=indefinite"_s}));
 
     const int job = submitWithLp(u"Plan"_s, u"missing"_s);
     pdehost::HeldJobWindow *window = windowFor(job);

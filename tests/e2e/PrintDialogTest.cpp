@@ -181,13 +181,6 @@ TEST_F(PrintDialog, EverySettingReachesTheFilterAsQtsCupsPrintingSendsIt)
 
 TEST_F(PrintDialog, PrintToFileLaysOutTextAndCopiesAPdfAsItIsWithoutAJob)
 {
-    const auto jobCount = [] {
-        cups_job_t *jobs = nullptr;
-        const int count = cupsGetJobs2(CUPS_HTTP_DEFAULT, &jobs, nullptr, 0, CUPS_WHICHJOBS_ALL);
-        cupsFreeJobs(count, jobs);
-        return count;
-    };
-    const int jobsBefore = jobCount();
     QTemporaryDir folder;
     const QString rendered = folder.filePath(u"rendered.pdf"_s);
     const QString copied = folder.filePath(u"copied.pdf"_s);
@@ -200,16 +193,10 @@ TEST_F(PrintDialog, PrintToFileLaysOutTextAndCopiesAPdfAsItIsWithoutAJob)
         typeInto(dialog->findChild<QLineEdit *>(u"filename"_s), output);
         const PrintOutcome outcome = clickPrint(*dialog, input);
         EXPECT_EQ(outcome.error, QString()) << qPrintable(output);
-        EXPECT_EQ(outcome.job, 0);
-        QFile written(output);
-        ASSERT_TRUE(written.open(QIODevice::ReadOnly)) << qPrintable(output);
-        EXPECT_TRUE(written.read(5) == "%PDF-") << qPrintable(output);
+        EXPECT_EQ(outcome.job, 0) << "no job";
+        EXPECT_TRUE(readFile(output).startsWith("%PDF-")) << qPrintable(output);
     }
-    QFile first(rendered);
-    QFile second(copied);
-    ASSERT_TRUE(first.open(QIODevice::ReadOnly) && second.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(first.readAll() == second.readAll()) << "a PDF is copied as it is";
-    EXPECT_EQ(jobCount(), jobsBefore);
+    EXPECT_TRUE(readFile(rendered) == readFile(copied)) << "a PDF is copied as it is";
 }
 
 TEST_F(PrintDialog, SavedDefaultsStayPrivateComeBackWithTheirPrinterAndCanBeCleared)

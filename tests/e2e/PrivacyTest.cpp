@@ -33,11 +33,7 @@ TEST_F(Privacy, ProtectRecordHidesTheRecordFromOtherUsersButNotFromTheFilter)
         EXPECT_EQ(print.exitCode, 0) << qPrintable(print.err);
         return print.out.trimmed().section(u'-', -1).toInt();
     };
-    const auto configuration = [] {
-        QFile file(cupsd->serverRoot() + u"/cupsd.conf"_s);
-        file.open(QIODevice::ReadOnly);
-        return file.readAll();
-    };
+    const QString configuration = cupsd->serverRoot() + u"/cupsd.conf"_s;
     const auto shownToOthers = [&keys](int job) {
         QString error;
         const std::optional<QStringList> shown = pdehost::recordKeysShownToOthers(job, keys, &error);
@@ -49,15 +45,15 @@ TEST_F(Privacy, ProtectRecordHidesTheRecordFromOtherUsersButNotFromTheFilter)
     EXPECT_NE(shownToOthers(before).find("PrintTypePassword"), std::string::npos) << shownToOthers(before);
     EXPECT_EQ(shownToOthers(0), shownToOthers(before)) << "the newest own job is the one asked about";
 
-    const QByteArray stock = configuration();
+    const QByteArray stock = readFile(configuration);
     const HostRun dryRun = runHost({u"--bundle"_s, kBundle, u"protect-record"_s, u"--dry-run"_s});
     ASSERT_EQ(dryRun.exitCode, 0) << qPrintable(dryRun.err);
     EXPECT_TRUE(dryRun.out.contains(u"+   JobPrivateValues "_s + kPrefix));
-    EXPECT_EQ(configuration(), stock) << "a dry run writes nothing";
+    EXPECT_EQ(readFile(configuration), stock) << "a dry run writes nothing";
 
     const HostRun protect = runHost({u"--bundle"_s, kBundle, u"protect-record"_s});
     ASSERT_EQ(protect.exitCode, 0) << qPrintable(protect.err);
-    EXPECT_TRUE(configuration().contains("JobPrivateValues " + kPrefix.toUtf8()));
+    EXPECT_TRUE(readFile(configuration).contains("JobPrivateValues " + kPrefix.toUtf8()));
     // The scheduler restarts with the new policy once it is idle.
     QElapsedTimer waited;
     waited.start();

@@ -2,16 +2,12 @@
 // The host library's own rules: ordered JSON settings, the bundles a PPD
 // calls for, the saved printer options file, and the scheduler policies that
 // keep the record private.
+#include "../e2e/EndToEndFixture.h"
+
 #include "host/BundleLocator.h"
-#include "host/LpOptions.h"
-#include "host/OrderedJson.h"
 #include "host/SchedulerPolicy.h"
 
 #include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -133,13 +129,10 @@ TEST(BundleLocator, PpdCallsAndSearchOrder)
 {
     QTemporaryDir dir;
     const QString ppdPath = dir.filePath(u"calls.ppd"_s);
-    QFile ppd(ppdPath);
-    ASSERT_TRUE(ppd.open(QIODevice::WriteOnly));
-    ppd.write("*PPD-Adobe: \"4.3\"\n"
-              "*APDialogExtension: \"/Library/Printers/Example/PDEs/First.plugin\"\n"
-              "*APDialogExtension: \"/opt/other/Second.plugin/\"\n"
-              "*APDialogExtension: \"First.plugin\"\n");
-    ppd.close();
+    ASSERT_TRUE(e2e::writeFile(ppdPath, "*PPD-Adobe: \"4.3\"\n"
+                                        "*APDialogExtension: \"/Library/Printers/Example/PDEs/First.plugin\"\n"
+                                        "*APDialogExtension: \"/opt/other/Second.plugin/\"\n"
+                                        "*APDialogExtension: \"First.plugin\"\n"));
     ppd_file_t *opened = ppdOpenFile(ppdPath.toUtf8().constData());
     ASSERT_NE(opened, nullptr);
     const QStringList called = pdehost::dialogExtensionsOf(opened);
@@ -184,9 +177,7 @@ TEST(LpOptions, RewritesOnlyTheDestinationsLineAndReadsItBack)
         const QString path = dir.filePath(u"cups/lpoptions"_s);
         if (!row.before.isEmpty()) {
             QDir().mkpath(dir.filePath(u"cups"_s));
-            QFile file(path);
-            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-            file.write(row.before);
+            ASSERT_TRUE(e2e::writeFile(path, row.before));
         }
         pde::PrintSettings set;
         for (const auto &[key, value] : row.set)
@@ -194,9 +185,7 @@ TEST(LpOptions, RewritesOnlyTheDestinationsLineAndReadsItBack)
         QString error;
         ASSERT_TRUE(pdehost::updateLpOptions(path, row.destination, set, row.removed, &error))
             << row.name << ": " << qPrintable(error);
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << row.name;
-        EXPECT_EQ(file.readAll(), row.after) << row.name;
+        EXPECT_EQ(e2e::readFile(path), row.after) << row.name;
         // What is read back is what was set.
         const pde::PrintSettings read = pdehost::lpOptionsFor(path, row.destination);
         for (const auto &[key, value] : row.set)
