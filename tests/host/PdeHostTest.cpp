@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The pde-host command as a user runs it: its outputs, every exit status,
-// and a refused save that leaves the settings file as it was.
+// and a refused save that leaves the settings file as it was; and pde-print
+// without a display, as over SSH or when man pages are made from its help.
 #include "../e2e/EndToEndFixture.h"
 
 #include <QElapsedTimer>
-#include <QFile>
 #include <QFileInfo>
 #include <QTcpServer>
 
@@ -113,15 +113,7 @@ TEST(PdeHost, SettingsAreRestoredFromAndWrittenBackOnlyAfterASuccessfulSave)
     const QString path = dir.filePath(u"settings.json"_s);
     const QByteArray earlier = "{\"" + kPrefix.toUtf8() + "PrintType\": \"4\", \"" + kPrefix.toUtf8()
                                + "PrintTypeUserName\": \"/97/44/98\", \"other\": \"kept\"}";
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(earlier);
-    file.close();
-    const auto read = [&path] {
-        QFile in(path);
-        in.open(QIODevice::ReadOnly);
-        return in.readAll();
-    };
+    ASSERT_TRUE(writeFile(path, earlier));
     const auto withSettings = [](const QString &file, const char *line) {
         return forPrinter(kPpd, QStringList{u"--settings"_s, file} + words(line));
     };
@@ -129,9 +121,9 @@ TEST(PdeHost, SettingsAreRestoredFromAndWrittenBackOnlyAfterASuccessfulSave)
     // Restored: the user ID field shows "a,b".
     const HostRun state = runHost(withSettings(path, "state"));
     EXPECT_TRUE(state.out.contains(u"\"userName\": {\"value\": \"a,b\""_s)) << qPrintable(state.out);
-    EXPECT_EQ(read(), earlier) << "state does not write";
+    EXPECT_EQ(readFile(path), earlier) << "state does not write";
     EXPECT_EQ(runHost(withSettings(path, "record --set printType=1")).exitCode, 3);
-    EXPECT_EQ(read(), earlier) << "a refused save leaves the file byte for byte";
+    EXPECT_EQ(readFile(path), earlier) << "a refused save leaves the file byte for byte";
 
     const auto mode = [](const QString &file) {
         struct stat info {};
@@ -146,13 +138,11 @@ TEST(PdeHost, SettingsAreRestoredFromAndWrittenBackOnlyAfterASuccessfulSave)
     EXPECT_EQ(runHost(withSettings(fresh, "record")).exitCode, 0);
     EXPECT_EQ(mode(fresh), 0600u) << "a new file that may hold the password is its owner's alone";
     EXPECT_FALSE(saved.out.contains(u"5678"_s)) << "the clear password never reaches the output";
-    const QByteArray after = read();
+    const QByteArray after = readFile(path);
     EXPECT_TRUE(after.startsWith("{\n  \"" + kPrefix.toUtf8() + "PrintType\": \"2\",\n")) << after.constData();
     EXPECT_TRUE(after.contains("\"other\": \"kept\"")) << after.constData();
 
-    file.open(QIODevice::WriteOnly);
-    file.write("{\"PrintType\": 5}");
-    file.close();
+    ASSERT_TRUE(writeFile(path, "{\"PrintType\": 5}"));
     const HostRun broken = runHost(withSettings(path, "record"));
     EXPECT_EQ(broken.exitCode, 2);
     EXPECT_TRUE(broken.err.contains(u"not a string"_s)) << qPrintable(broken.err);
@@ -207,6 +197,37 @@ TEST(PdeHost, ScreenshotAndSummary)
     const HostRun summary =
         runHost(withPrinter("summary --password-stdin --set printType=1 --set userName=taro"), "24680\n");
     EXPECT_EQ(summary.out, u"Job Type: Secure Print\nUser ID: taro\nPassword: *****\nDocument Name: Enter a Name\n"_s);
+}
+
+TEST(PdePrint, AnswersWithoutADisplay)
+{
+    const struct {
+        const char *name;
+        QStringList arguments;
+        int exitCode;
+        QString outPart; // a part of standard output
+        QString errPart; // a part of standard error; empty: nothing there
+    } rows[] = {
+        {"help", {u"--help"_s}, 0, u"--lang <LANG>"_s, {}},
+        {"help in Japanese", {u"--lang"_s, u"ja"_s, u"--help"_s}, 0, u"このヘルプを表示して終了します"_s, {}},
+        {"no file", {}, 1, {}, u"give at least one file"_s},
+        {"unknown option", {u"--bogus"_s, u"a.txt"_s}, 1, {}, u"bogus"_s},
+        {"not a language", {u"--lang"_s, u"ja;rm"_s, u"a.txt"_s}, 1, {}, u"ja;rm"_s},
+        {"nothing to show the dialog on", {u"a.txt"_s}, 2, {}, u"no display"_s},
+    };
+    // No display to show anything on, and messages in English.
+    const QStringList environment =
+        words("DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM LANGUAGE LC_ALL LC_MESSAGES LANG=C.UTF-8");
+    for (const auto &row : rows) {
+        const HostRun run = runHost(row.arguments, {}, environment, {}, kPrint);
+        EXPECT_EQ(run.exitCode, row.exitCode) << row.name << ": " << qPrintable(run.err);
+        EXPECT_TRUE(run.out.contains(row.outPart)) << row.name << ": " << qPrintable(run.out);
+        if (row.errPart.isEmpty())
+            EXPECT_EQ(run.err, QString()) << row.name;
+        else
+            EXPECT_TRUE(run.err.startsWith(u"pde-print: "_s) && run.err.contains(row.errPart))
+                << row.name << ": " << qPrintable(run.err);
+    }
 }
 
 } // namespace
