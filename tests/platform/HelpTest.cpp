@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Help: which book a page opens in, from the PPD and the bundle's
-// information dictionary, and removing a stale help registration from the
-// help viewer's file, with bundles and home directory in temporary folders.
+// Help: which book the panel's Help button opens its page in, from the PPD
+// and the bundle's information dictionary, and removing a stale help
+// registration from the help viewer's file, with bundles and home directory
+// in temporary folders. (The other ways of opening a help page have no
+// caller in the bundle or the hosts; they have no tests here.)
 #include "FixturePpd.h"
 #include "MessageRecorder.h"
 
@@ -26,7 +28,7 @@ namespace {
 
 // A registered bundle in `dir` with book `book`, `extra` entries in its
 // Info.plist, `localized` as its en.lproj/InfoPlist.strings (none when empty)
-// and the pages opened here.
+// and the page opened here.
 pde::Bundle *bundle(const QTemporaryDir &dir, const QByteArray &book, const QByteArray &extra = {},
                     const QByteArray &localized = {})
 {
@@ -38,8 +40,7 @@ pde::Bundle *bundle(const QTemporaryDir &dir, const QByteArray &book, const QByt
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(content);
     };
-    for (const char *page : {"page.html", "Help/page.html", "Vendor/Pages/page.html"})
-        write(QStringLiteral("/Contents/Resources/Help/") + QString::fromLatin1(page), {});
+    write(QStringLiteral("/Contents/Resources/Help/page.html"), {});
     if (!localized.isEmpty())
         write(QStringLiteral("/Contents/Resources/en.lproj/InfoPlist.strings"), localized);
     write(QStringLiteral("/Contents/Info.plist"),
@@ -58,16 +59,13 @@ TEST(HelpBook, PagesOpenInTheBookFound)
             opened.append(book + u": "_s + page.path().section(u"/Contents/Resources/"_s, 1) + u'#' + page.fragment());
         });
     const QTemporaryDir dir;
-    bundle(dir, "Other Book"); // books of their own, to see pages opened in them
-    bundle(dir, "Raw Book");
+    bundle(dir, "Other Book"); // a book of its own, to see pages opened in it
     // The bundle renames its book in a language folder (en, the development
-    // region, is always searched): registration, GotoHelpPage and
-    // GotoHelpPage2_105 read the localized information dictionary and so open
-    // the localized book, GotoHelpPage2_106 the raw one.
+    // region, is always searched): registration and the lookup read the
+    // localized information dictionary and so open the localized book.
     pde::Bundle *localized = bundle(dir, "Raw Book", {}, "\"CFBundleHelpBookName\" = \"Local Book\";\n");
-    pde::Bundle *main = bundle(dir, "Main Book");
     const char *key = "NVPTHelpBookName";
-    const QString page = QStringLiteral("page.html"), help = QStringLiteral("Help");
+    const QString page = QStringLiteral("page.html");
     // GotoHelpPage2_105 looks for the book in the key the PPD names, in the
     // key the bundle's book names, then in the bundle's book.
     const auto open105 = [&](const char *ppdName, const QByteArray &info) {
@@ -81,22 +79,10 @@ TEST(HelpBook, PagesOpenInTheBookFound)
     open105("help-missing-key.ppd", {});
     jt::GotoHelpPage2_105(nullptr, key, localized, page, std::nullopt);
     jt::GotoHelpPage2_105(nullptr, key, nullptr, page, std::nullopt);
-    // GotoHelpPage2_106 opens the page in the folder the PPD names, else in
-    // the folder given.
-    const testsupport::Ppd folder = testsupport::openFixturePpd("help-folder.ppd");
-    jt::GotoHelpPage2_106(folder.get(), key, main, help, page, QStringLiteral("limits"));
-    jt::GotoHelpPage2_106(nullptr, key, main, help, page, std::nullopt);
-    jt::GotoHelpPage2_106(nullptr, key, localized, help, page, std::nullopt);
-    jt::GotoHelpPage2_106(nullptr, key, main, help, std::nullopt, std::nullopt);
-    jt::GotoHelpPage(main, page, QStringLiteral("top"));
-    jt::GotoHelpPage(localized, page, std::nullopt);
-    jt::GotoHelpPage(nullptr, page, std::nullopt);
     pde::HelpViewer::instance().setPageHandler(previous);
     EXPECT_EQ(opened, (QStringList{u"Main Book: Help/page.html#"_s, u"Other Book: Help/page.html#"_s,
                                    u"Other Book: Help/page.html#"_s, u"Main Book: Help/page.html#"_s,
-                                   u"Local Book: Help/page.html#"_s, u"Main Book: Help/Vendor/Pages/page.html#limits"_s,
-                                   u"Main Book: Help/Help/page.html#"_s, u"Raw Book: Help/Help/page.html#"_s,
-                                   u"Main Book: Help/page.html#top"_s, u"Local Book: Help/page.html#"_s}));
+                                   u"Local Book: Help/page.html#"_s}));
 }
 
 QByteArray registration(const char *url)
@@ -155,7 +141,6 @@ TEST(HelpCache, RemovesOnlyAnEntryFromALocalizationFolder)
         {"url without .lproj", noLproj, id, std::nullopt},
         {"binary, url without .lproj", binary(noLproj), id, std::nullopt},
         {"no entry", lproj, QStringLiteral("org.example.none"), std::nullopt},
-        {"no identifier", lproj, std::nullopt, std::nullopt},
         {"no file", std::nullopt, id, std::nullopt},
     };
     for (const auto &row : rows) {
