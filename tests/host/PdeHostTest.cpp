@@ -24,7 +24,9 @@ struct StatusRow {
     const char *name;
     QStringList arguments;
     int exitCode;
-    QString errorPart; // a part of what standard error must say
+    QString errorPart;            // a part of what standard error must say
+    QString stdinFrom = {};       // as runHost takes them
+    QStringList environment = {}; // as runHost takes them
 };
 
 TEST(PdeHost, EveryExitStatusWithAMessageThatNamesTheProblem)
@@ -32,6 +34,15 @@ TEST(PdeHost, EveryExitStatusWithAMessageThatNamesTheProblem)
     QTemporaryDir dir;
     const QString fifo = dir.filePath(u"fifo"_s);
     ASSERT_EQ(::mkfifo(fifo.toUtf8().constData(), 0600), 0);
+    QTcpServer gone;
+    ASSERT_TRUE(gone.listen(QHostAddress::LocalHost));
+    const QString goneAddress = u"127.0.0.1:%1"_s.arg(gone.serverPort());
+    gone.close();
+    // The system accepts connections for a listening socket; nobody answers.
+    QTcpServer silent;
+    ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
+    const QString silentAddress = u"127.0.0.1:%1"_s.arg(silent.serverPort());
+    const QStringList secure = withPrinter("record --password-stdin --set printType=1");
     const StatusRow rows[] = {
         {"panels", withPrinter("panels"), 0, {}},
         {"no command", withPrinter(""), 1, u"no command"_s},
@@ -41,6 +52,10 @@ TEST(PdeHost, EveryExitStatusWithAMessageThatNamesTheProblem)
         {"both printers", withPrinter("--printer p panels"), 1, u"exactly one"_s},
         {"set without a value", withPrinter("record --set userName"), 1, u"KEY=VALUE"_s},
         {"unknown format", withPrinter("record --format xml"), 1, u"xml"_s},
+        // --password-stdin takes one bounded line from a readable standard input.
+        {"password longer than a line may be", secure, 1, u"longer than 1024 bytes"_s, u"/dev/zero"_s},
+        {"password from a folder", secure, 1, u"standard input cannot be read: "_s, u"/"_s},
+        {"password from a closed standard input", secure, 1, u"standard input is closed"_s, u"closed"_s},
         {"missing PPD", forPrinter(u"/nonexistent.ppd"_s, {u"panels"_s}), 2, u"/nonexistent.ppd"_s},
         {"PPD that is not one", forPrinter(QStringLiteral(PDE_SOURCE_DIR "/README.md"), {u"panels"_s}), 2,
          u"not a PPD file"_s},
@@ -50,6 +65,12 @@ TEST(PdeHost, EveryExitStatusWithAMessageThatNamesTheProblem)
          forPrinter(kPpd, {u"--settings"_s, fifo, u"record"_s}), 2, u"fifo: not a regular file"_s},
         {"bundle the printer calls for is nowhere", {u"--ppd"_s, kPpd, u"panels"_s}, 2, u"JobTypeQTRN.plugin"_s},
         {"bundle that is not one", {u"--bundle"_s, u"/tmp"_s, u"--ppd"_s, kPpd, u"panels"_s}, 2, u"/tmp"_s},
+        {"scheduler down", forPrinter(u"mfp"_s, {u"panels"_s}), 2,
+         u"the scheduler at %1 cannot be reached: Connection refused"_s.arg(goneAddress), {},
+         {u"CUPS_SERVER="_s + goneAddress, u"PDE_SCHEDULER_TIMEOUT=1"_s}},
+        {"scheduler that never answers", forPrinter(u"mfp"_s, {u"panels"_s}), 2,
+         u"the scheduler at %1 did not answer within 1 s"_s.arg(silentAddress), {},
+         {u"CUPS_SERVER="_s + silentAddress, u"PDE_SCHEDULER_TIMEOUT=1"_s}},
         {"refused save", withPrinter("record --set printType=3 --set userName="), 3, u"alert: Enter a user ID."_s},
         {"disabled control", withPrinter("--option Option2=False record --set printType=1"), 4,
          u"printType: its control is disabled"_s},
@@ -61,29 +82,16 @@ TEST(PdeHost, EveryExitStatusWithAMessageThatNamesTheProblem)
         {"key no panel has", withPrinter("record --set colour=red"), 4, u"colour"_s},
     };
     for (const StatusRow &row : rows) {
-        const HostRun run = runHost(row.arguments);
+        QElapsedTimer took;
+        took.start();
+        const HostRun run = runHost(row.arguments, {}, row.environment, row.stdinFrom);
         EXPECT_EQ(run.exitCode, row.exitCode) << row.name << ": " << qPrintable(run.err);
         EXPECT_TRUE(run.err.contains(row.errorPart)) << row.name << ": " << qPrintable(run.err);
         EXPECT_FALSE(run.err.contains(QChar(0x1b))) << row.name << ": no escape reaches the terminal";
         if (row.exitCode == 0) {
             EXPECT_EQ(run.err, QString()) << row.name << ": nothing but results on a success";
         }
-    }
-
-    // --password-stdin takes one bounded line from a readable standard input.
-    const struct {
-        const char *name;
-        QString stdinFrom;
-        QString errorPart;
-    } stdinRows[] = {
-        {"password longer than a line may be", u"/dev/zero"_s, u"longer than 1024 bytes"_s},
-        {"password from a folder", u"/"_s, u"standard input cannot be read: "_s},
-        {"password from a closed standard input", u"closed"_s, u"standard input is closed"_s},
-    };
-    for (const auto &row : stdinRows) {
-        const HostRun run = runHost(withPrinter("record --password-stdin --set printType=1"), {}, {}, row.stdinFrom);
-        EXPECT_EQ(run.exitCode, 1) << row.name << ": " << qPrintable(run.err);
-        EXPECT_TRUE(run.err.contains(row.errorPart)) << row.name << ": " << qPrintable(run.err);
+        EXPECT_LT(took.elapsed(), 15000) << row.name << ": gives up instead of waiting for the system's timeouts";
     }
 }
 
@@ -146,38 +154,6 @@ TEST(PdeHost, SettingsAreRestoredFromAndWrittenBackOnlyAfterASuccessfulSave)
     const HostRun broken = runHost(withSettings(path, "record"));
     EXPECT_EQ(broken.exitCode, 2);
     EXPECT_TRUE(broken.err.contains(u"not a string"_s)) << qPrintable(broken.err);
-}
-
-TEST(PdeHost, AnUnreachableSchedulerIsNamedAndGivenUpOn)
-{
-    QTcpServer gone;
-    ASSERT_TRUE(gone.listen(QHostAddress::LocalHost));
-    const QString goneAddress = u"127.0.0.1:%1"_s.arg(gone.serverPort());
-    gone.close();
-    // The system accepts connections for a listening socket; nobody answers.
-    QTcpServer silent;
-    ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
-    const QString silentAddress = u"127.0.0.1:%1"_s.arg(silent.serverPort());
-
-    const struct {
-        const char *name;
-        QString server;
-        QString message;
-    } rows[] = {
-        {"scheduler down", goneAddress,
-         u"the scheduler at %1 cannot be reached: Connection refused"_s.arg(goneAddress)},
-        {"scheduler that never answers", silentAddress,
-         u"the scheduler at %1 did not answer within 1 s"_s.arg(silentAddress)},
-    };
-    for (const auto &row : rows) {
-        QElapsedTimer took;
-        took.start();
-        const HostRun run = runHost(forPrinter(u"mfp"_s, {u"panels"_s}), {},
-                                    {u"CUPS_SERVER="_s + row.server, u"PDE_SCHEDULER_TIMEOUT=1"_s});
-        EXPECT_EQ(run.exitCode, 2) << row.name;
-        EXPECT_TRUE(run.err.contains(row.message)) << row.name << ": " << qPrintable(run.err);
-        EXPECT_LT(took.elapsed(), 15000) << row.name << ": gives up instead of waiting for the system's timeouts";
-    }
 }
 
 TEST(PdeHost, BundlesAreFoundByTheNameThePrinterCallsFor)
