@@ -149,30 +149,25 @@ TEST_F(Agent, AfterTheSchedulerWasAwayItsWaitingJobsAreShown)
 TEST_F(EndToEnd, PdeAgentRunsOncePerSessionAndOnceExitsWhenNothingWaits)
 {
     QTemporaryDir runtime;
+    const QString agent = QFileInfo(kHost).dir().filePath(u"pde-agent"_s);
+    const QStringList session{u"XDG_RUNTIME_DIR="_s + runtime.path(), u"QT_QPA_PLATFORM=offscreen"_s};
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"XDG_RUNTIME_DIR"_s, runtime.path());
     environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
-    const auto run = [&](const QStringList &arguments, QProcess &agent) {
-        agent.setProcessEnvironment(environment);
-        agent.start(QFileInfo(kHost).dir().filePath(u"pde-agent"_s), arguments);
-        return agent.waitForStarted();
-    };
     QProcess first;
-    ASSERT_TRUE(run({}, first));
+    first.setProcessEnvironment(environment);
+    first.start(agent);
+    ASSERT_TRUE(first.waitForStarted());
     QTest::qWait(500);
 
-    QProcess second;
-    run({u"--once"_s}, second);
-    ASSERT_TRUE(second.waitForFinished(10000));
-    EXPECT_EQ(second.exitCode(), 0);
-    EXPECT_TRUE(second.readAllStandardError().contains("already runs")) << "one agent per session";
+    const HostRun second = runHost({u"--once"_s}, {}, session, {}, agent);
+    EXPECT_EQ(second.exitCode, 0);
+    EXPECT_TRUE(second.err.contains(u"already runs"_s)) << "one agent per session";
     first.terminate();
     ASSERT_TRUE(first.waitForFinished(10000));
 
-    QProcess once;
-    run({u"--once"_s}, once);
-    EXPECT_TRUE(once.waitForFinished(10000)) << "nothing waits: --once ends after the first look";
-    EXPECT_EQ(once.exitCode(), 0) << once.readAllStandardError().constData();
+    const HostRun once = runHost({u"--once"_s}, {}, session, {}, agent);
+    EXPECT_EQ(once.exitCode, 0) << "nothing waits: --once ends after the first look: " << qPrintable(once.err);
 }
 
 } // namespace
