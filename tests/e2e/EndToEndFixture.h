@@ -15,6 +15,7 @@
 
 #include <QFile>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <cups/cups.h>
@@ -107,12 +108,8 @@ inline QStringList recordOf(const QStringList &options)
     QStringList values;
     for (const char *suffix : kSuffixes) {
         const QString name = kPrefix + QLatin1StringView(suffix) + u'=';
-        QString value = u"<absent>"_s;
-        for (const QString &option : options) {
-            if (option.startsWith(name))
-                value = option.mid(name.size());
-        }
-        values.append(value);
+        const QStringList given = options.filter(QRegularExpression(u'^' + QRegularExpression::escape(name)));
+        values.append(given.isEmpty() ? u"<absent>"_s : given.last().mid(name.size()));
     }
     return values;
 }
@@ -206,11 +203,8 @@ protected:
     // The value of the job's attribute `name`; empty when it has none.
     static QString jobAttribute(int job, const QString &name)
     {
-        for (const QString &attribute : jobAttributes(job)) {
-            if (attribute.startsWith(name + u'='))
-                return attribute.mid(name.size() + 1);
-        }
-        return {};
+        const QStringList given = jobAttributes(job).filter(QRegularExpression(u'^' + name + u'='));
+        return given.isEmpty() ? QString() : given.first().mid(name.size() + 1);
     }
 
     // The options the printer's filter got for `job`, "name=value".
