@@ -95,7 +95,7 @@ TEST(PdeHost, EveryExitStatusWithAMessageThatNamesTheProblem)
     }
 }
 
-TEST(PdeHost, RecordPrintsTheSettingsInOrderAndAsLpArguments)
+TEST(PdeHost, RecordLpArgumentsSummaryPanelsAndScreenshotAreWhatTheySay)
 {
     const char *const values = "record --set printType=2 --set userName=it's --option copies=2";
     const HostRun json = runHost(withPrinter(values));
@@ -113,6 +113,21 @@ TEST(PdeHost, RecordPrintsTheSettingsInOrderAndAsLpArguments)
     const HostRun lp = runHost(withPrinter(values) + words("--format lp"));
     EXPECT_TRUE(lp.out.startsWith(u"-o 'copies=2' -o 'com.norvanta.qs.o.print.printsettings.SecureVersion=201'"_s))
         << qPrintable(lp.out);
+    const HostRun summary =
+        runHost(withPrinter("summary --password-stdin --set printType=1 --set userName=taro"), "24680\n");
+    EXPECT_EQ(summary.out, u"Job Type: Secure Print\nUser ID: taro\nPassword: *****\nDocument Name: Enter a Name\n"_s);
+
+    // Bundles are found by the name the printer calls for, past a folder that
+    // does not exist.
+    const HostRun panels = runHost({u"--ppd"_s, kPpd, u"--lang"_s, u"ja"_s, u"panels"_s}, {},
+                                   {u"PDE_PLUGIN_PATH=/nonexistent:"_s + QFileInfo(kBundle).absolutePath()});
+    EXPECT_EQ(panels.exitCode, 0) << qPrintable(panels.err);
+    EXPECT_EQ(panels.out, u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN\tジョブタイプ（ストレージキット）\n"_s);
+
+    QTemporaryDir dir;
+    const QString png = dir.filePath(u"panel.png"_s);
+    EXPECT_EQ(runHost(forPrinter(kPpd, {u"screenshot"_s, png, u"--set"_s, u"printType=1"_s})).exitCode, 0);
+    EXPECT_GT(QFileInfo(png).size(), 1000);
 }
 
 TEST(PdeHost, SettingsAreRestoredFromAndWrittenBackOnlyAfterASuccessfulSave)
@@ -133,18 +148,15 @@ TEST(PdeHost, SettingsAreRestoredFromAndWrittenBackOnlyAfterASuccessfulSave)
     EXPECT_EQ(runHost(withSettings(path, "record --set printType=1")).exitCode, 3);
     EXPECT_EQ(readFile(path), earlier) << "a refused save leaves the file byte for byte";
 
-    const auto mode = [](const QString &file) {
-        struct stat info {};
-        ::stat(file.toUtf8().constData(), &info);
-        return info.st_mode & 0777;
-    };
-    ASSERT_EQ(::chmod(path.toUtf8().constData(), 0640), 0);
+    const auto mode = [](const QString &file) { return QFile::permissions(file) & 0x7077; };
+    const QFileDevice::Permissions owners = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+    ASSERT_TRUE(QFile::setPermissions(path, owners | QFileDevice::ReadGroup));
     const HostRun saved = runHost(withSettings(path, "record --password-stdin --set printType=1"), "5678\n");
     ASSERT_EQ(saved.exitCode, 0) << qPrintable(saved.err);
-    EXPECT_EQ(mode(path), 0640u) << "an existing file keeps its mode";
+    EXPECT_EQ(mode(path), owners | QFileDevice::ReadGroup) << "an existing file keeps its mode";
     const QString fresh = dir.filePath(u"fresh.json"_s);
     EXPECT_EQ(runHost(withSettings(fresh, "record")).exitCode, 0);
-    EXPECT_EQ(mode(fresh), 0600u) << "a new file that may hold the password is its owner's alone";
+    EXPECT_EQ(mode(fresh), owners) << "a new file that may hold the password is its owner's alone";
     EXPECT_FALSE(saved.out.contains(u"5678"_s)) << "the clear password never reaches the output";
     const QByteArray after = readFile(path);
     EXPECT_TRUE(after.startsWith("{\n  \"" + kPrefix.toUtf8() + "PrintType\": \"2\",\n")) << after.constData();
@@ -154,25 +166,6 @@ TEST(PdeHost, SettingsAreRestoredFromAndWrittenBackOnlyAfterASuccessfulSave)
     const HostRun broken = runHost(withSettings(path, "record"));
     EXPECT_EQ(broken.exitCode, 2);
     EXPECT_TRUE(broken.err.contains(u"not a string"_s)) << qPrintable(broken.err);
-}
-
-TEST(PdeHost, BundlesAreFoundByTheNameThePrinterCallsFor)
-{
-    const HostRun run = runHost({u"--ppd"_s, kPpd, u"--lang"_s, u"ja"_s, u"panels"_s}, {},
-                                {u"PDE_PLUGIN_PATH=/nonexistent:"_s + QFileInfo(kBundle).absolutePath()});
-    EXPECT_EQ(run.exitCode, 0) << qPrintable(run.err);
-    EXPECT_EQ(run.out, u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN\tジョブタイプ（ストレージキット）\n"_s);
-}
-
-TEST(PdeHost, ScreenshotAndSummary)
-{
-    QTemporaryDir dir;
-    const QString png = dir.filePath(u"panel.png"_s);
-    EXPECT_EQ(runHost(forPrinter(kPpd, {u"screenshot"_s, png, u"--set"_s, u"printType=1"_s})).exitCode, 0);
-    EXPECT_GT(QFileInfo(png).size(), 1000);
-    const HostRun summary =
-        runHost(withPrinter("summary --password-stdin --set printType=1 --set userName=taro"), "24680\n");
-    EXPECT_EQ(summary.out, u"Job Type: Secure Print\nUser ID: taro\nPassword: *****\nDocument Name: Enter a Name\n"_s);
 }
 
 TEST(PdePrint, AnswersWithoutADisplay)
