@@ -94,13 +94,12 @@ QByteArray registration(const char *url)
            "</array></dict></plist>\n";
 }
 
-// The binary form of the XML, with a keyed-archive reference added when
-// asked for, which XML cannot hold.
-QByteArray binary(const QByteArray &xml, bool withReference = false)
+// The binary form of the XML with a keyed-archive reference added, which XML
+// cannot hold.
+QByteArray binary(const QByteArray &xml)
 {
     const pde::PropertyListNode root = pde::parsePropertyList(xml);
-    if (withReference)
-        plist_dict_set_item(root.get(), "Archive", plist_new_uid(3));
+    plist_dict_set_item(root.get(), "Archive", plist_new_uid(3));
     char *data = nullptr;
     uint32_t length = 0;
     plist_to_bin(root.get(), &data, &length);
@@ -136,10 +135,9 @@ TEST(HelpCache, RemovesOnlyAnEntryFromALocalizationFolder)
         QStringList messages = {};
     } rows[] = {
         {"removed, first in the order only", lproj, id, asXml(left)},
-        {"binary rewritten as XML that cannot hold it", binary(lproj, true), id, asXml(binary(left, true)),
+        {"binary rewritten as XML that cannot hold it", binary(lproj), id, asXml(binary(left)),
          {u"com.norvanta.qs.o.vellumark.pde.JobTypeQTRN.utilityservice: Illegal Property List."_s}},
         {"url without .lproj", noLproj, id, std::nullopt},
-        {"binary, url without .lproj", binary(noLproj), id, std::nullopt},
         {"no entry", lproj, QStringLiteral("org.example.none"), std::nullopt},
         {"no file", std::nullopt, id, std::nullopt},
     };
