@@ -171,11 +171,8 @@ protected:
         QStringList arguments{u"-h"_s, cupsd->server(), u"-d"_s, queue, u"-t"_s, title, kDocument};
         if (!user.isEmpty())
             arguments << u"-U"_s << user;
-        QProcess lp;
-        lp.start(u"lp"_s, arguments);
-        lp.waitForFinished(30000);
         // "request id is held-12 (1 file(s))"
-        return QString::fromUtf8(lp.readAllStandardOutput()).section(u' ', 3, 3).section(u'-', -1).toInt();
+        return runHost(arguments, {}, {}, {}, u"lp"_s).out.section(u' ', 3, 3).section(u'-', -1).toInt();
     }
 
     // The job's attributes as the scheduler shows them to its owner,
