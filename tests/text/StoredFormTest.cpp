@@ -54,10 +54,6 @@ TEST(PpdAttribute, FindsFirstPrefixMatchInFileOrderOnly)
         EXPECT_STREQ(attr ? attr->spec : nullptr, row.qualifier);
         EXPECT_EQ(jt::CopyPPDAttribute(ppd.get(), row.lookup), row.value);
     }
-    const auto empty = testsupport::openFixturePpd("text-no-attributes.ppd");
-    ASSERT_NE(empty, nullptr);
-    ASSERT_EQ(empty->num_attrs, 0); // libcups adds none of its own
-    EXPECT_EQ(jt::ppdFindAttr_ALT(empty.get(), "NV"), nullptr);
     EXPECT_EQ(jt::CopyPPDAttribute(nullptr, "NVJapanese"), std::nullopt);
 }
 
