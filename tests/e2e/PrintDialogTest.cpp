@@ -134,10 +134,12 @@ TEST_F(PrintDialog, EverySettingReachesTheFilterAsQtsCupsPrintingSendsIt)
         {"reverse order", false, {{"reverse", ""}}, {"outputorder=reverse"}},
         {"landscape", true, {{"landscape", ""}}, {"orientation-requested=4"}},
         {"US Letter", true, {{"pageSizeCombo", "US Letter"}}, {"media=Letter"}},
-        // What Qt's Properties dialog keeps as CUPS options (pages per
-        // sheet, the PPD's options, billing, priority) is passed on as it is.
         {"grayscale from the PPD's colour model", true, {{"", "Grayscale"}},
          {"ColorModel=Gray", "print-color-mode=monochrome"}},
+        // What Qt's Properties dialog keeps as CUPS options (pages per sheet,
+        // billing, priority, the PPD's options) is passed on as it is; the
+        // scheduler would make the colour model from the colour mode itself.
+        {"paper from tray 2", true, {{"", "Tray 2"}}, {"InputSlot=Tray2"}},
         {"hold indefinitely", true, {{"jobHoldComboBox", "Hold Indefinitely"}},
          {"job-hold-until=indefinite", "job-state=pending-held"}},
     };
