@@ -2,8 +2,7 @@
 // The model-specific table over the default one, how a PPD names it, one walk
 // over a panel loaded from a .ui file in Japanese, and controls filled from
 // the options of a fixture PPD and found again by keyword.
-#include "FixturePpd.h"
-#include "TestBundle.h"
+#include "TestSupport.h"
 
 #include "localization/BasicPdeView.h"
 #include "localization/LocalizedString.h"

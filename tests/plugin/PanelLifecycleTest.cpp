@@ -49,7 +49,7 @@ TEST(Panel, ViewIsMadeOnceAndHelpIsThePanelsOwnOnceItExists)
     EXPECT_EQ(panel->panelView(), view);
     EXPECT_FALSE(panel->shouldShowHelp());
     ASSERT_EQ(recorder.helpPages.size(), 1);
-    EXPECT_TRUE(recorder.helpPages.front().path().endsWith(u"/Help/SecureJobType.html"_s));
+    EXPECT_TRUE(recorder.helpPages.front().endsWith(u"/Help/SecureJobType.html"_s)) << qPrintable(recorder.helpPages.front());
 
     const std::unique_ptr<pde::PDEPanel> viewless = printPanel(loadFactory(), &lacking);
     EXPECT_EQ(viewless->panelView(), nullptr);
@@ -111,7 +111,8 @@ TEST(Panel, TheHostsDialogAndThePanelMayGoInEitherOrder)
 TEST(Bundles, TitleFromTheModelTableAndTwoCopiesSideBySide)
 {
     const BundleCopy copy(u"org.example.second.JobType"_s);
-    copy.write(u"/Contents/Resources/en.lproj/Localizable5.strings"_s, "\"Custom PDE Title\" = \"Job Type Five\";\n");
+    testsupport::writeFile(copy.path + u"/Contents/Resources/en.lproj/Localizable5.strings"_s,
+                           "\"Custom PDE Title\" = \"Job Type Five\";\n");
     pde::PDEPlugIn *first = loadFactory();
     pde::PDEPlugIn *second = loadFactory(copy.path);
     ASSERT_NE(first, nullptr);
@@ -167,11 +168,8 @@ TEST(HelpSetup, StaleRegistrationIsRemovedOnlyOnTheTenSixFamilyAndTheBookIsAlway
     for (const auto &[release, removed] : rows) {
         SCOPED_TRACE(release);
         QTemporaryDir home;
-        QDir().mkpath(home.path() + u"/Library/Preferences"_s);
         QFile file(home.path() + u"/Library/Preferences/com.apple.help.plist"_s);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(kRegistration);
-        file.close();
+        testsupport::writeFile(file.fileName(), kRegistration);
         qputenv("HOME", home.path().toUtf8());
         g_release = release;
         jt::resetSystemQueryCache();
@@ -181,7 +179,6 @@ TEST(HelpSetup, StaleRegistrationIsRemovedOnlyOnTheTenSixFamilyAndTheBookIsAlway
         ASSERT_NE(panel.panelView(), nullptr);
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
         const QByteArray after = file.readAll();
-        file.close();
         EXPECT_EQ(!after.contains("org.example.helpsetup.JobType"), removed);
         EXPECT_EQ(after == kRegistration, !removed);
         EXPECT_TRUE(pde::HelpViewer::instance().registeredBooks().contains(
