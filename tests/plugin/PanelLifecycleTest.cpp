@@ -12,7 +12,6 @@
 #include "platform/SystemVersion.h"
 #include "plugin/VirtualMailboxPdeInterface.h"
 
-#include <QDir>
 #include <QWidget>
 
 #include <gtest/gtest.h>
