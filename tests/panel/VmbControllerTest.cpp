@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The controller over the real panel: storage from the PPD, the gated print
-// type, the password in its protected form and the defaults button, as the
-// user sees them; the model's wiping of the password; and the field
-// formatters, typed into the panel's real fields: they refuse characters and
-// lengths the device cannot take, judge pastes whole, and always let the
-// user delete back into the rules. The enabled controls and caption colours
-// of every state are checked with the record, through the plug-in
+// type and the password in its protected form, as the user sees them; the
+// model's wiping of the password; and the field formatters, typed into the
+// panel's real fields: they refuse characters and lengths the device cannot
+// take, judge pastes whole, and always let the user delete back into the
+// rules. The enabled controls and caption colours of every state, and the
+// defaults button, are checked with the record, through the plug-in
 // (tests/plugin).
 #include "PanelFixture.h"
 
@@ -15,7 +15,6 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTest>
 #include <QToolTip>
 
@@ -89,23 +88,6 @@ TEST(VmbController, PasswordIsProtectedInThePrinterLanguageOrUtf8WithoutPPD)
     }
 }
 
-TEST(VmbController, DefaultsButtonResetsAllButAGatedPrintType)
-{
-    LoadedPanel panel;
-    ASSERT_TRUE(panel.loaded());
-    panel.model->setPrintType(3);
-    panel.model->setUserName(QStringLiteral("taro"));
-    panel.model->setPassword(QStringLiteral("1234"));
-    panel.model->setDocumentNameType(0);
-    panel.model->setDocumentName(QStringLiteral("report"));
-    panel.view->show();
-    QTest::mouseClick(panel.child<QPushButton>("defaultsButton"), Qt::LeftButton);
-    EXPECT_EQ(panel.model->printType(), QVariant(3)) << "no storage: the type is not the controller's to change";
-    for (const QVariant &value : {panel.model->userName(), panel.model->password(), panel.model->documentName()})
-        EXPECT_EQ(value, QVariant(QString()));
-    EXPECT_EQ(panel.model->documentNameType(), QVariant(1));
-}
-
 // The model's last act wipes the password in every copy that shares its
 // characters, such as the one a field showed.
 TEST(VmbModel, TearDownWipesThePasswordEverywhere)
@@ -132,18 +114,10 @@ protected:
         panel.view->show();
     }
 
-    // Key clicks as a keyboard sends them; characters beyond ASCII arrive as
-    // key events that carry only their text, as an input method delivers them.
     QLineEdit *type(const char *name, const QString &text)
     {
         QLineEdit *edit = panel.child<QLineEdit>(name);
-        edit->setFocus();
-        for (const QChar c : text) {
-            if (c.unicode() >= 0x20 && c.unicode() < 0x7F)
-                QTest::keyClick(edit, static_cast<char>(c.unicode()));
-            else
-                QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QString(c), Qt::NoModifier);
-        }
+        testsupport::typeText(edit, text);
         return edit;
     }
 

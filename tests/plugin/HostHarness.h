@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QDirIterator>
 #include <QPluginLoader>
+#include <QPushButton>
 
 #include <memory>
 #include <optional>
@@ -159,14 +160,15 @@ inline QString summaryLines(pde::PDEPanel &panel)
     return lines.join(u'|');
 }
 
-// What a user enters in the panel's controls; a field left nullopt is not
-// touched.
+// What a user enters in the panel's controls, after clicking the defaults
+// button if asked; a field left nullopt is not touched.
 struct Entry {
     std::optional<int> jobType = {}; // index in the job type pop-up
     std::optional<QString> userName = {};
     std::optional<QString> password = {};
     std::optional<int> documentNameType = {}; // index in the document name pop-up
     std::optional<QString> documentName = {};
+    bool defaults = false;
 };
 
 // Enters the values with the keyboard, as a user would: pop-up items by
@@ -174,6 +176,8 @@ struct Entry {
 inline void enter(QWidget *view, const Entry &entry)
 {
     view->show();
+    if (entry.defaults)
+        QTest::mouseClick(view->findChild<QPushButton *>(u"defaultsButton"_s), Qt::LeftButton);
     const auto choose = [view](const char *name, int index) {
         auto *popup = view->findChild<QComboBox *>(QString::fromLatin1(name));
         popup->setFocus();
