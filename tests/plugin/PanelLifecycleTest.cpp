@@ -7,7 +7,6 @@
 #include "MessageRecorder.h"
 
 #include "panel/PanelClasses.h"
-#include "pdekit/PreferredLanguages.h"
 #include "platform/SystemQueryCache.h"
 #include "platform/SystemVersion.h"
 #include "plugin/VirtualMailboxPdeInterface.h"
@@ -63,14 +62,13 @@ TEST(Panel, ViewIsMadeOnceAndHelpIsThePanelsOwnOnceItExists)
 TEST(Panel, NamesFromThePpdThatLeaveTheBundleGiveTheDefaults)
 {
     const testsupport::MessageRecorder log;
-    pde::setPreferredLanguages(QStringList{u"en"_s});
+    const testsupport::LanguagesGuard english({u"en"_s});
     Callback callback("plugin-hostile-names.ppd");
     const std::unique_ptr<pde::PDEPanel> panel = printPanel(loadFactory(), &callback);
     EXPECT_EQ(panel->panelName(), u"Job Type"_s);
     QWidget *view = panel->panelView();
     ASSERT_NE(view, nullptr);
     EXPECT_EQ(view->findChild<QLineEdit *>(u"passwordTextField"_s)->echoMode(), QLineEdit::Password);
-    pde::setPreferredLanguages(std::nullopt);
     const QStringList refused = testsupport::MessageRecorder::messages().filter(u"JobTypeQTRN."_s);
     ASSERT_EQ(refused.size(), 2) << qPrintable(refused.join(u'\n'));
     EXPECT_TRUE(refused[0].contains(u"NVLocalizableFileIndex \"/../../../../tmp/evil\""_s)) << qPrintable(refused[0]);
@@ -128,12 +126,11 @@ TEST(Bundles, TitleFromTheModelTableAndTwoCopiesSideBySide)
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(testing::Message() << row.ppd << " " << row.language);
-        pde::setPreferredLanguages(QStringList{QString::fromLatin1(row.language)});
+        const testsupport::LanguagesGuard languages({QString::fromLatin1(row.language)});
         Callback callback(row.ppd);
         const std::unique_ptr<pde::PDEPanel> panel = printPanel(row.factory, &callback);
         EXPECT_EQ(panel->panelName(), row.title);
         EXPECT_EQ(panel->panelKind(), row.kind);
-        pde::setPreferredLanguages(std::nullopt);
         ASSERT_NE(panel->panelView(), nullptr);
         panel->restoreValuesAndReturnError(nullptr);
         enter(panel->panelView(), {3, u"taro"_s, {}, {}, {}});
