@@ -49,9 +49,6 @@ TEST(VmbController, StorageComesFromOption2ThenNVHardDiskAndANoteSaysWhenThereIs
         LoadedPanel panel;
         ASSERT_TRUE(panel.loaded());
         panel.controller->setPPD(ppd.get());
-        // A null PPD later keeps this one and its capability.
-        panel.controller->setPPD(nullptr);
-        EXPECT_EQ(panel.controller->ppd(), ppd.get());
         EXPECT_EQ(panel.model->canStore(), QVariant(row.canStore));
         // The print type follows the capability.
         panel.controller->setPrintType(3);
@@ -114,13 +111,6 @@ protected:
         panel.view->show();
     }
 
-    QLineEdit *type(const char *name, const QString &text)
-    {
-        QLineEdit *edit = panel.child<QLineEdit>(name);
-        testsupport::typeText(edit, text);
-        return edit;
-    }
-
     Ppd storage = openFixturePpd("panel-storage-options.ppd");
     LoadedPanel panel;
 };
@@ -142,7 +132,7 @@ TEST_F(PanelTyping, FieldsKeepOnlyWhatTheirFormatterAcceptsAndSayWhy)
     for (const auto &row : rows) {
         SCOPED_TRACE(row.field);
         QToolTip::hideText();
-        QLineEdit *edit = type(row.field, row.typed);
+        QLineEdit *edit = testsupport::typeText(panel.child<QLineEdit>(row.field), row.typed);
         EXPECT_EQ(edit->text(), row.shown);
         EXPECT_EQ((QStringList{edit->placeholderText(), edit->toolTip()}), (QStringList{row.rule, row.rule}));
         EXPECT_TRUE(QToolTip::isVisible());
@@ -157,7 +147,7 @@ TEST_F(PanelTyping, FieldsKeepOnlyWhatTheirFormatterAcceptsAndSayWhy)
 // everything is always accepted.
 TEST_F(PanelTyping, EditsAreJudgedOnTheWholeText)
 {
-    QLineEdit *edit = type("userNameTextField", QStringLiteral("abc"));
+    QLineEdit *edit = testsupport::typeText(panel.child<QLineEdit>("userNameTextField"), QStringLiteral("abc"));
     QGuiApplication::clipboard()->setText(QStringLiteral("defghi")); // 9 in all
     QTest::keyClick(edit, Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(edit->text(), QStringLiteral("abc"));

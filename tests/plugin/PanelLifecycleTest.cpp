@@ -47,7 +47,8 @@ TEST(Panel, ViewIsMadeOnceAndHelpIsThePanelsOwnOnceItExists)
     EXPECT_EQ(panel->panelView(), view);
     EXPECT_FALSE(panel->shouldShowHelp());
     ASSERT_EQ(recorder.helpPages.size(), 1);
-    EXPECT_TRUE(recorder.helpPages.front().endsWith(u"/Help/SecureJobType.html"_s)) << qPrintable(recorder.helpPages.front());
+    EXPECT_TRUE(recorder.helpPages.front().endsWith(u"/Help/SecureJobType.html"_s))
+        << qPrintable(recorder.helpPages.front());
 
     const std::unique_ptr<pde::PDEPanel> viewless = printPanel(loadFactory(), &lacking);
     EXPECT_EQ(viewless->panelView(), nullptr);

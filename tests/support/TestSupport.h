@@ -138,8 +138,9 @@ struct Recorder {
 
 // Replaces what the field holds by `text` typed as a user types it: keys of
 // the keyboard for printable ASCII, key events that carry only their text
-// for the other characters, as an input method delivers them.
-inline void typeText(QLineEdit *field, const QString &text)
+// for the other characters, as an input method delivers them. Returns the
+// field.
+inline QLineEdit *typeText(QLineEdit *field, const QString &text)
 {
     field->setFocus();
     field->selectAll();
@@ -150,6 +151,7 @@ inline void typeText(QLineEdit *field, const QString &text)
         else
             QTest::sendKeyEvent(QTest::Click, field, Qt::Key_unknown, QString(c), Qt::NoModifier);
     }
+    return field;
 }
 
 } // namespace testsupport
