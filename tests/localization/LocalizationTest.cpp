@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The model-specific table over the default one, how a PPD names it, one walk
-// over a panel loaded from a .ui file in Japanese, and controls filled from
-// the options of a fixture PPD and found again by keyword.
-#include "FixturePpd.h"
-#include "TestBundle.h"
+// The model-specific table over the default one, and one walk over a panel
+// loaded from a .ui file in Japanese with the table a PPD names. (How the
+// plug-in takes a table name from its PPD, and refuses one that leaves the
+// bundle, is checked through the panel's title in tests/plugin.)
+#include "TestSupport.h"
 
 #include "localization/BasicPdeView.h"
 #include "localization/LocalizedString.h"
@@ -53,45 +53,12 @@ TEST(LocalizedString, ModelTableComesFirstAndOnlyAKeysSpellingFallsBack)
         EXPECT_EQ(actual, expected) << name;
 }
 
-TEST(TableName, OnlyAPpdThatNamesATableReplacesTheViewsTable)
-{
-    // Each step starts from the table that the steps before it left the view.
-    const struct {
-        const char *ppd; // null: no PPD
-        std::optional<QString> fromPpd, ofView;
-    } steps[] = {
-        {"localization-plain.ppd", std::nullopt, std::nullopt},
-        {"localization-options.ppd", u"Localizable2"_s, u"Localizable2"_s},
-        {"localization-plain.ppd", std::nullopt, u"Localizable2"_s},
-        {nullptr, std::nullopt, u"Localizable2"_s},
-        {"localization-model-code.ppd", u"LocalizableLX-9"_s, u"LocalizableLX-9"_s},
-        {"plugin-hostile-names.ppd", std::nullopt, u"LocalizableLX-9"_s}, // "Localizable/../../…": no table
-    };
-    BasicPdeView view;
-    std::vector<testsupport::Ppd> ppds; // the view borrows each PPD it is given
-    for (const auto &step : steps) {
-        ppds.push_back(step.ppd != nullptr ? testsupport::openFixturePpd(step.ppd) : nullptr);
-        ASSERT_EQ(ppds.back() == nullptr, step.ppd == nullptr);
-        EXPECT_EQ(localizedTableNameForPPD(ppds.back().get()), step.fromPpd) << (step.ppd ? step.ppd : "no PPD");
-        view.setPPD(ppds.back().get());
-        EXPECT_EQ(view.localizedFileName(), step.ofView) << (step.ppd ? step.ppd : "no PPD");
-    }
-}
-
-// A button class of the panel's own is translated like any button; a pop-up
-// class of its own is not filled from the PPD.
+// A button class of the panel's own is translated like any button.
 class FancyButton : public QPushButton
 {
     Q_OBJECT
 public:
     using QPushButton::QPushButton;
-};
-
-class SizePopup : public QComboBox
-{
-    Q_OBJECT
-public:
-    using QComboBox::QComboBox;
 };
 
 // What a control shows: a group box's title; a pop-up's items as
@@ -162,94 +129,6 @@ TEST(ControlLocalization, WalkTranslatesLabelsButtonsAndTitlesFromThePpdsTableFi
     view->localizeAllControls();
     view->setParent(nullptr); // the list of top-level objects, not the dialog, deletes the view
     EXPECT_EQ(dialog.windowTitle(), u"印刷オプション"_s);
-}
-
-// A control showing "Old"; a pop-up holds "Old" and "Older".
-template <typename T>
-T *makeOld(QWidget *parent)
-{
-    auto *control = new T(parent);
-    if constexpr (std::is_base_of_v<QComboBox, T>)
-        control->addItems({u"Old"_s, u"Older"_s});
-    else
-        control->setText(u"Old"_s);
-    return control;
-}
-
-TEST(PpdControls, PopupsAreFilledInPpdOrderThenSelectedByTextAndForgottenWithTheNextPpd)
-{
-    // Without a PPD nothing binds, so nothing is found or changed by keyword.
-    BasicPdeView view;
-    const QStringList old{u"Old="_s, u"Older="_s};
-    auto *early = makeOld<QComboBox>(&view);
-    view.localizePPDPopup(early, "PaperFormat");
-    view.setEnabledForPPDKeyword(false, u"PaperFormat"_s);
-    view.setValueForPPDKeyword(u"Older"_s, u"PaperFormat"_s);
-    EXPECT_EQ(shown(early), old);
-    EXPECT_EQ((std::pair{early->isEnabled(), early->currentIndex()}), (std::pair{true, 0}));
-    EXPECT_EQ(view.ppdKeywordForObject(early), std::nullopt);
-
-    const testsupport::Ppd ppd = testsupport::openFixturePpd("localization-options.ppd");
-    ASSERT_NE(ppd, nullptr);
-    view.setPPD(ppd.get());
-    const struct {
-        QWidget *control;
-        const char *keyword;
-        QStringList expected;
-        bool bound;
-    } rows[] = {
-        {makeOld<QComboBox>(&view), "PaperFormat", {u"A4=IsoA4"_s, u"Letter=UsLetter"_s, u"Legal=UsLegal"_s}, true},
-        {makeOld<QComboBox>(&view), "Finish", {u"Matt=Matte"_s, u"Glänzend=Silk"_s}, true}, // the later "Glänzend"
-        {makeOld<QLabel>(&view), "Finish", {u"Oberfläche"_s}, false},
-        {makeOld<QLineEdit>(&view), "PaperFormat", {u"Paper Format"_s}, false},
-        {makeOld<SizePopup>(&view), "PaperFormat", old, false},
-        {makeOld<QComboBox>(&view), "Tray", {}, true},        // no choices: emptied, still bound
-        {makeOld<QComboBox>(&view), "Stapling", old, false}, // no such option
-        {makeOld<QLabel>(&view), "Stapling", {u"Old"_s}, false},
-    };
-    for (const auto &row : rows) {
-        view.localizePPDControl(row.control, row.keyword);
-        EXPECT_EQ(shown(row.control), row.expected) << row.keyword;
-        const std::optional<QString> boundAs = row.bound ? std::optional(QString::fromLatin1(row.keyword)) : std::nullopt;
-        EXPECT_EQ(view.ppdKeywordForObject(row.control), boundAs) << row.keyword;
-    }
-    auto *popup = static_cast<QComboBox *>(rows[0].control);
-    // The first item, not the PPD's default choice (the second): showing that is the caller's business.
-    EXPECT_EQ(popup->currentIndex(), 0);
-
-    const std::tuple<QString, QString, int> selections[] = {
-        {u"Legal"_s, u"PaperFormat"_s, 2},
-        {u"UsLegal"_s, u"PaperFormat"_s, -1}, // the keyword is no title
-        {u"Legal"_s, u"Finish"_s, 1},         // reaches the pop-up bound under Finish only
-    };
-    for (const auto &[value, keyword, expected] : selections) {
-        popup->setCurrentIndex(1);
-        view.setValueForPPDKeyword(value, keyword);
-        EXPECT_EQ(popup->currentIndex(), expected) << qPrintable(value + u' ' + keyword);
-    }
-    // A pop-up bound anew under a keyword takes it over; one pop-up may
-    // stand under two keywords, and each reaches it.
-    auto *other = new QComboBox(&view);
-    view.localizePPDPopup(other, "PaperFormat");
-    view.localizePPDPopup(other, "Finish");
-    EXPECT_TRUE((QStringList{u"PaperFormat"_s, u"Finish"_s}).contains(view.ppdKeywordForObject(other).value_or(QString())));
-    for (const QString &keyword : {u"PaperFormat"_s, u"Finish"_s}) {
-        view.setEnabledForPPDKeyword(false, keyword);
-        EXPECT_EQ((std::pair{popup->isEnabled(), other->isEnabled()}), (std::pair{true, false})) << qPrintable(keyword);
-        view.setEnabledForPPDKeyword(true, keyword);
-        EXPECT_TRUE(other->isEnabled()) << qPrintable(keyword);
-    }
-
-    // Under the address sanitizer, reaching a deleted pop-up fails here.
-    auto *deleted = new QComboBox(&view);
-    view.localizePPDPopup(deleted, "Tray");
-    delete deleted;
-    view.setValueForPPDKeyword(u"Matt"_s, u"Tray"_s);
-
-    view.setPPD(ppd.get());
-    view.setValueForPPDKeyword(u"Legal"_s, u"PaperFormat"_s);
-    EXPECT_EQ(other->currentIndex(), 0);
-    EXPECT_EQ(view.ppdKeywordForObject(other), std::nullopt);
 }
 
 } // namespace

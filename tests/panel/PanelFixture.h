@@ -1,17 +1,15 @@
 // SPDX-License-Identifier: MIT
 // The real panel for tests: the bundle assembled in the build tree, its nib
-// loaded offscreen with a stand-in for the panel object as owner, and the
-// checked-in fixture PPDs.
+// loaded offscreen by the panel object of the plug-in, with the fixture
+// PPD given to the controller by the test.
 #pragma once
 
-#include "FixturePpd.h"
+#include "TestSupport.h"
 #include "panel/PanelClasses.h"
 #include "panel/VmbController.h"
 #include "panel/VmbModel.h"
-#include "pdekit/Bundle.h"
-#include "pdekit/Nib.h"
+#include "plugin/VirtualMailboxPdeInterface.h"
 
-#include <QObject>
 #include <QString>
 
 namespace paneltest {
@@ -20,16 +18,6 @@ namespace jt = com_norvanta_qs_o_vellumark_pde_JobTypeQTRN;
 
 using testsupport::openFixturePpd;
 using testsupport::Ppd;
-
-// The File's Owner of the panel's nib.
-class Owner : public QObject
-{
-    Q_OBJECT
-    Q_PROPERTY(com_norvanta_qs_o_vellumark_pde_JobTypeQTRN::VmbController *vmbController MEMBER vmbController)
-
-public:
-    jt::VmbController *vmbController = nullptr;
-};
 
 // The job-type bundle of the build tree, its panel classes registered once.
 inline pde::Bundle *jobTypeBundle()
@@ -43,26 +31,16 @@ inline pde::Bundle *jobTypeBundle()
     return bundle;
 }
 
-// One loaded panel: view, model and controller, owned here.
+// One loaded panel without a PPD: view, model and controller, owned by the
+// panel object.
 struct LoadedPanel {
-    Owner owner;
-    pde::Nib::TopLevelObjects objects;
-    jt::VmbController *controller = nullptr;
-    jt::VmbModel *model = nullptr;
-    QWidget *view = nullptr;
+    testsupport::Callback callback;
+    jt::VirtualMailboxPdeInterface panel{&callback, jobTypeBundle()};
+    QWidget *view = panel.panelView();
+    jt::VmbController *controller = panel.vmbController();
+    jt::VmbModel *model = controller != nullptr ? controller->vmbModel() : nullptr;
 
-    LoadedPanel()
-    {
-        pde::Bundle *bundle = jobTypeBundle();
-        if (bundle == nullptr || !pde::Nib::load(*bundle, QStringLiteral("SecurePrint"), &owner, &objects)
-            || owner.vmbController == nullptr)
-            return;
-        controller = owner.vmbController;
-        controller->setBundle(bundle);
-        model = controller->vmbModel();
-        view = controller->mainView();
-    }
-    bool loaded() const { return controller != nullptr && model != nullptr && view != nullptr; }
+    bool loaded() const { return view != nullptr && model != nullptr; }
 
     template <typename T>
     T *child(const char *name) const { return view->findChild<T *>(QString::fromLatin1(name)); }

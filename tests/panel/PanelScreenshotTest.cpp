@@ -132,10 +132,9 @@ TEST(PanelStrings, JapaneseTableTranslatesEveryKeyThePanelUses)
     }
     keys.removeAll(QString());
 
-    pde::setPreferredLanguages(QStringList{QStringLiteral("ja")});
+    const testsupport::LanguagesGuard japanese({QStringLiteral("ja")});
     for (const QString &key : keys)
         EXPECT_NE(jobTypeBundle()->localizedStringForKey(key, std::nullopt, std::nullopt), key) << qPrintable(key);
-    pde::setPreferredLanguages(std::nullopt);
 }
 
 } // namespace

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The controller over the real panel: storage from the PPD, the gated print
-// type, the password in its protected form and the defaults button, as the
-// user sees them; the model's wiping of the password; and the field
-// formatters, typed into the panel's real fields: they refuse characters and
-// lengths the device cannot take, judge pastes whole, and always let the
-// user delete back into the rules. The enabled controls and caption colours
-// of every state are checked with the record, through the plug-in
+// type and the password in its protected form, as the user sees them; the
+// model's wiping of the password; and the field formatters, typed into the
+// panel's real fields: they refuse characters and lengths the device cannot
+// take, judge pastes whole, and always let the user delete back into the
+// rules. The enabled controls and caption colours of every state, and the
+// defaults button, are checked with the record, through the plug-in
 // (tests/plugin).
 #include "PanelFixture.h"
 
@@ -15,7 +15,6 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTest>
 #include <QToolTip>
 
@@ -50,9 +49,6 @@ TEST(VmbController, StorageComesFromOption2ThenNVHardDiskAndANoteSaysWhenThereIs
         LoadedPanel panel;
         ASSERT_TRUE(panel.loaded());
         panel.controller->setPPD(ppd.get());
-        // A null PPD later keeps this one and its capability.
-        panel.controller->setPPD(nullptr);
-        EXPECT_EQ(panel.controller->ppd(), ppd.get());
         EXPECT_EQ(panel.model->canStore(), QVariant(row.canStore));
         // The print type follows the capability.
         panel.controller->setPrintType(3);
@@ -89,23 +85,6 @@ TEST(VmbController, PasswordIsProtectedInThePrinterLanguageOrUtf8WithoutPPD)
     }
 }
 
-TEST(VmbController, DefaultsButtonResetsAllButAGatedPrintType)
-{
-    LoadedPanel panel;
-    ASSERT_TRUE(panel.loaded());
-    panel.model->setPrintType(3);
-    panel.model->setUserName(QStringLiteral("taro"));
-    panel.model->setPassword(QStringLiteral("1234"));
-    panel.model->setDocumentNameType(0);
-    panel.model->setDocumentName(QStringLiteral("report"));
-    panel.view->show();
-    QTest::mouseClick(panel.child<QPushButton>("defaultsButton"), Qt::LeftButton);
-    EXPECT_EQ(panel.model->printType(), QVariant(3)) << "no storage: the type is not the controller's to change";
-    for (const QVariant &value : {panel.model->userName(), panel.model->password(), panel.model->documentName()})
-        EXPECT_EQ(value, QVariant(QString()));
-    EXPECT_EQ(panel.model->documentNameType(), QVariant(1));
-}
-
 // The model's last act wipes the password in every copy that shares its
 // characters, such as the one a field showed.
 TEST(VmbModel, TearDownWipesThePasswordEverywhere)
@@ -132,21 +111,6 @@ protected:
         panel.view->show();
     }
 
-    // Key clicks as a keyboard sends them; characters beyond ASCII arrive as
-    // key events that carry only their text, as an input method delivers them.
-    QLineEdit *type(const char *name, const QString &text)
-    {
-        QLineEdit *edit = panel.child<QLineEdit>(name);
-        edit->setFocus();
-        for (const QChar c : text) {
-            if (c.unicode() >= 0x20 && c.unicode() < 0x7F)
-                QTest::keyClick(edit, static_cast<char>(c.unicode()));
-            else
-                QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QString(c), Qt::NoModifier);
-        }
-        return edit;
-    }
-
     Ppd storage = openFixturePpd("panel-storage-options.ppd");
     LoadedPanel panel;
 };
@@ -168,7 +132,7 @@ TEST_F(PanelTyping, FieldsKeepOnlyWhatTheirFormatterAcceptsAndSayWhy)
     for (const auto &row : rows) {
         SCOPED_TRACE(row.field);
         QToolTip::hideText();
-        QLineEdit *edit = type(row.field, row.typed);
+        QLineEdit *edit = testsupport::typeText(panel.child<QLineEdit>(row.field), row.typed);
         EXPECT_EQ(edit->text(), row.shown);
         EXPECT_EQ((QStringList{edit->placeholderText(), edit->toolTip()}), (QStringList{row.rule, row.rule}));
         EXPECT_TRUE(QToolTip::isVisible());
@@ -183,7 +147,7 @@ TEST_F(PanelTyping, FieldsKeepOnlyWhatTheirFormatterAcceptsAndSayWhy)
 // everything is always accepted.
 TEST_F(PanelTyping, EditsAreJudgedOnTheWholeText)
 {
-    QLineEdit *edit = type("userNameTextField", QStringLiteral("abc"));
+    QLineEdit *edit = testsupport::typeText(panel.child<QLineEdit>("userNameTextField"), QStringLiteral("abc"));
     QGuiApplication::clipboard()->setText(QStringLiteral("defghi")); // 9 in all
     QTest::keyClick(edit, Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(edit->text(), QStringLiteral("abc"));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Alerts without a handler or a display: one line on standard error. (What a
 // handler receives is seen through the plug-in's own alerts in its tests.)
-#include "TestBundle.h"
+#include "TestSupport.h"
 
 #include "pdekit/Alert.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Bundles on disk: Info.plist in both forms, the registry, localization order, strings and resources.
-#include "TestBundle.h"
+#include "TestSupport.h"
 
 #include "pdekit/PropertyList.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Help books: pages opened in the user's language, with their anchors.
-#include "TestBundle.h"
+#include "TestSupport.h"
 
 #include "pdekit/HelpViewer.h"
 
@@ -18,10 +18,7 @@ TEST(HelpViewer, OpensThePageInTheUsersLanguageWithItsAnchor)
     pde::HelpViewer &viewer = pde::HelpViewer::instance();
     ASSERT_TRUE(viewer.registerHelpBook(QUrl::fromLocalFile(files.path())));
     const QString resources = QUrl::fromLocalFile(files.open()->resourcePath()).toString() + u'/';
-    QStringList opened;
-    // The viewer is process-wide: its handler is put back at the end.
-    const pde::HelpViewer::PageHandler previous = viewer.setPageHandler(
-        [&opened](const QString &book, const QUrl &page) { opened.append(book + u' ' + page.toString()); });
+    testsupport::Recorder recorder;
     const struct {
         QStringList languages;
         QString book;
@@ -37,11 +34,11 @@ TEST(HelpViewer, OpensThePageInTheUsersLanguageWithItsAnchor)
     };
     for (const auto &row : rows) {
         const testsupport::LanguagesGuard languages(row.languages);
-        opened.clear();
+        recorder.helpPages.clear();
         EXPECT_EQ(viewer.gotoPage(row.book, row.page, row.anchor), !row.expected.isEmpty()) << qPrintable(row.expected);
-        EXPECT_EQ(opened, row.expected.isEmpty() ? QStringList() : QStringList{u"Page Help "_s + resources + row.expected});
+        EXPECT_EQ(recorder.helpPages,
+                  row.expected.isEmpty() ? QStringList() : QStringList{u"Page Help "_s + resources + row.expected});
     }
-    viewer.setPageHandler(previous);
 }
 
 } // namespace

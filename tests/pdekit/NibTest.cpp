@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Nib loading and bindings driven as a user would: real .ui files in a
 // bundle, typing and clicking under the offscreen platform.
-#include "TestBundle.h"
+#include "TestSupport.h"
 
 #include "pdekit/Binding.h"
 #include "pdekit/Nib.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The preferred languages read from the locale environment.
-#include "TestBundle.h"
+#include "TestSupport.h"
 
 #include "pdekit/PreferredLanguages.h"
 

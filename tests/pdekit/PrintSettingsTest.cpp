@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Print settings: order, locks, the status accessors, and the CUPS option forms.
-#include "TestBundle.h"
+#include "TestSupport.h"
 
 #include "pdekit/PrintSettings.h"
 

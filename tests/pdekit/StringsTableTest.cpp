@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The .strings parser on well-formed, re-encoded and broken tables.
-#include "TestBundle.h"
+#include "TestSupport.h"
 
 #include "pdekit/StringsTable.h"
 

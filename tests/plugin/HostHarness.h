@@ -1,27 +1,17 @@
 // SPDX-License-Identifier: MIT
 // Plays the host for tests: loads the built bundle, or a copy of it, with
-// QPluginLoader through pde::Bundle, supplies a callback with a real PPD and
-// print settings, records alerts and help pages instead of showing them, and
-// enters values in the panel's controls with the keyboard.
+// QPluginLoader through pde::Bundle, with the callback, the alert and help
+// recorder and the typing of TestSupport.h.
 #pragma once
 
-#include "FixturePpd.h"
-#include "pdekit/Alert.h"
-#include "pdekit/Bundle.h"
-#include "pdekit/HelpViewer.h"
-#include "pdekit/PDEPluginInterface.h"
-#include "pdekit/PrintSettings.h"
+#include "TestSupport.h"
 #include "text/PasswordProtection.h"
 
 #include <QComboBox>
 #include <QDirIterator>
-#include <QFile>
-#include <QLineEdit>
 #include <QPluginLoader>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QPushButton>
 
-#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -30,40 +20,8 @@ namespace hosttest {
 
 namespace jt = com_norvanta_qs_o_vellumark_pde_JobTypeQTRN;
 using namespace Qt::StringLiterals;
-using testsupport::openFixturePpd;
-using testsupport::Ppd;
-
-// The host's side of a panel: a fixture PPD (or none) and print settings.
-struct Callback : pde::PDEPluginCallback {
-    explicit Callback(const char *ppdFixture = nullptr) : ppd(ppdFixture ? openFixturePpd(ppdFixture) : Ppd()) {}
-    ppd_file_t *ppdFile() override { return ppd.get(); }
-    pde::PrintSettings *printSettings() override { return hasSettings ? &settings : nullptr; }
-
-    Ppd ppd;
-    pde::PrintSettings settings;
-    bool hasSettings = true;
-};
-
-// Alerts ("message|button|informative text") and help pages, recorded while
-// an instance lives.
-struct Recorder {
-    QStringList alerts;
-    QList<QUrl> helpPages;
-    pde::AlertHandler previousAlerts = pde::setAlertHandler([this](const pde::Alert &alert) {
-        alerts.append(alert.messageText + u'|' + alert.defaultButtonTitle + u'|'
-                      + alert.informativeText.value_or(u"<none>"_s));
-    });
-    pde::HelpViewer::PageHandler previousPages = pde::HelpViewer::instance().setPageHandler(
-        [this](const QString &, const QUrl &page) { helpPages.append(page); });
-
-    Recorder() = default;
-    Q_DISABLE_COPY_MOVE(Recorder)
-    ~Recorder()
-    {
-        pde::setAlertHandler(std::move(previousAlerts));
-        pde::HelpViewer::instance().setPageHandler(std::move(previousPages));
-    }
-};
+using testsupport::Callback;
+using testsupport::Recorder;
 
 // A copy of the built bundle in a temporary folder under another identifier,
 // as a second vendor's bundle would be.
@@ -82,17 +40,8 @@ struct BundleCopy {
             QByteArray content = in.readAll();
             if (in.fileName().endsWith(u"/Contents/Info.plist"_s))
                 content.replace("com.norvanta.qs.o.vellumark.pde.JobTypeQTRN</string>", identifier.toUtf8() + "</string>");
-            write(in.fileName().mid(source.size()), content);
+            testsupport::writeFile(path + in.fileName().mid(source.size()), content);
         }
-    }
-
-    // Writes <path><relativePath>.
-    void write(const QString &relativePath, const QByteArray &content) const
-    {
-        QFile out(path + relativePath);
-        if (!QDir().mkpath(QFileInfo(out).absolutePath()) || !out.open(QIODevice::WriteOnly)
-            || out.write(content) != content.size())
-            std::abort();
     }
 };
 
@@ -211,22 +160,24 @@ inline QString summaryLines(pde::PDEPanel &panel)
     return lines.join(u'|');
 }
 
-// What a user enters in the panel's controls; a field left nullopt is not
-// touched.
+// What a user enters in the panel's controls, after clicking the defaults
+// button if asked; a field left nullopt is not touched.
 struct Entry {
     std::optional<int> jobType = {}; // index in the job type pop-up
     std::optional<QString> userName = {};
     std::optional<QString> password = {};
     std::optional<int> documentNameType = {}; // index in the document name pop-up
     std::optional<QString> documentName = {};
+    bool defaults = false;
 };
 
 // Enters the values with the keyboard, as a user would: pop-up items by
-// arrow keys, texts replacing what the field held, as key events that carry
-// their text.
+// arrow keys, texts replacing what the field held.
 inline void enter(QWidget *view, const Entry &entry)
 {
     view->show();
+    if (entry.defaults)
+        QTest::mouseClick(view->findChild<QPushButton *>(u"defaultsButton"_s), Qt::LeftButton);
     const auto choose = [view](const char *name, int index) {
         auto *popup = view->findChild<QComboBox *>(QString::fromLatin1(name));
         popup->setFocus();
@@ -235,12 +186,7 @@ inline void enter(QWidget *view, const Entry &entry)
             QTest::keyClick(popup, Qt::Key_Down);
     };
     const auto type = [view](const char *name, const QString &text) {
-        auto *field = view->findChild<QLineEdit *>(QString::fromLatin1(name));
-        field->setFocus();
-        field->selectAll();
-        QTest::keyClick(field, Qt::Key_Backspace);
-        for (const QChar c : text)
-            QTest::sendKeyEvent(QTest::Click, field, Qt::Key_unknown, QString(c), Qt::NoModifier);
+        testsupport::typeText(view->findChild<QLineEdit *>(QString::fromLatin1(name)), text);
     };
     if (entry.jobType)
         choose("jobTypePopUp", *entry.jobType);

@@ -7,12 +7,10 @@
 #include "MessageRecorder.h"
 
 #include "panel/PanelClasses.h"
-#include "pdekit/PreferredLanguages.h"
 #include "platform/SystemQueryCache.h"
 #include "platform/SystemVersion.h"
 #include "plugin/VirtualMailboxPdeInterface.h"
 
-#include <QDir>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -49,7 +47,8 @@ TEST(Panel, ViewIsMadeOnceAndHelpIsThePanelsOwnOnceItExists)
     EXPECT_EQ(panel->panelView(), view);
     EXPECT_FALSE(panel->shouldShowHelp());
     ASSERT_EQ(recorder.helpPages.size(), 1);
-    EXPECT_TRUE(recorder.helpPages.front().path().endsWith(u"/Help/SecureJobType.html"_s));
+    EXPECT_TRUE(recorder.helpPages.front().endsWith(u"/Help/SecureJobType.html"_s))
+        << qPrintable(recorder.helpPages.front());
 
     const std::unique_ptr<pde::PDEPanel> viewless = printPanel(loadFactory(), &lacking);
     EXPECT_EQ(viewless->panelView(), nullptr);
@@ -64,14 +63,13 @@ TEST(Panel, ViewIsMadeOnceAndHelpIsThePanelsOwnOnceItExists)
 TEST(Panel, NamesFromThePpdThatLeaveTheBundleGiveTheDefaults)
 {
     const testsupport::MessageRecorder log;
-    pde::setPreferredLanguages(QStringList{u"en"_s});
+    const testsupport::LanguagesGuard english({u"en"_s});
     Callback callback("plugin-hostile-names.ppd");
     const std::unique_ptr<pde::PDEPanel> panel = printPanel(loadFactory(), &callback);
     EXPECT_EQ(panel->panelName(), u"Job Type"_s);
     QWidget *view = panel->panelView();
     ASSERT_NE(view, nullptr);
     EXPECT_EQ(view->findChild<QLineEdit *>(u"passwordTextField"_s)->echoMode(), QLineEdit::Password);
-    pde::setPreferredLanguages(std::nullopt);
     const QStringList refused = testsupport::MessageRecorder::messages().filter(u"JobTypeQTRN."_s);
     ASSERT_EQ(refused.size(), 2) << qPrintable(refused.join(u'\n'));
     EXPECT_TRUE(refused[0].contains(u"NVLocalizableFileIndex \"/../../../../tmp/evil\""_s)) << qPrintable(refused[0]);
@@ -111,7 +109,8 @@ TEST(Panel, TheHostsDialogAndThePanelMayGoInEitherOrder)
 TEST(Bundles, TitleFromTheModelTableAndTwoCopiesSideBySide)
 {
     const BundleCopy copy(u"org.example.second.JobType"_s);
-    copy.write(u"/Contents/Resources/en.lproj/Localizable5.strings"_s, "\"Custom PDE Title\" = \"Job Type Five\";\n");
+    testsupport::writeFile(copy.path + u"/Contents/Resources/en.lproj/Localizable5.strings"_s,
+                           "\"Custom PDE Title\" = \"Job Type Five\";\n");
     pde::PDEPlugIn *first = loadFactory();
     pde::PDEPlugIn *second = loadFactory(copy.path);
     ASSERT_NE(first, nullptr);
@@ -128,12 +127,11 @@ TEST(Bundles, TitleFromTheModelTableAndTwoCopiesSideBySide)
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(testing::Message() << row.ppd << " " << row.language);
-        pde::setPreferredLanguages(QStringList{QString::fromLatin1(row.language)});
+        const testsupport::LanguagesGuard languages({QString::fromLatin1(row.language)});
         Callback callback(row.ppd);
         const std::unique_ptr<pde::PDEPanel> panel = printPanel(row.factory, &callback);
         EXPECT_EQ(panel->panelName(), row.title);
         EXPECT_EQ(panel->panelKind(), row.kind);
-        pde::setPreferredLanguages(std::nullopt);
         ASSERT_NE(panel->panelView(), nullptr);
         panel->restoreValuesAndReturnError(nullptr);
         enter(panel->panelView(), {3, u"taro"_s, {}, {}, {}});
@@ -167,11 +165,8 @@ TEST(HelpSetup, StaleRegistrationIsRemovedOnlyOnTheTenSixFamilyAndTheBookIsAlway
     for (const auto &[release, removed] : rows) {
         SCOPED_TRACE(release);
         QTemporaryDir home;
-        QDir().mkpath(home.path() + u"/Library/Preferences"_s);
         QFile file(home.path() + u"/Library/Preferences/com.apple.help.plist"_s);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(kRegistration);
-        file.close();
+        testsupport::writeFile(file.fileName(), kRegistration);
         qputenv("HOME", home.path().toUtf8());
         g_release = release;
         jt::resetSystemQueryCache();
@@ -181,7 +176,6 @@ TEST(HelpSetup, StaleRegistrationIsRemovedOnlyOnTheTenSixFamilyAndTheBookIsAlway
         ASSERT_NE(panel.panelView(), nullptr);
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
         const QByteArray after = file.readAll();
-        file.close();
         EXPECT_EQ(!after.contains("org.example.helpsetup.JobType"), removed);
         EXPECT_EQ(after == kRegistration, !removed);
         EXPECT_TRUE(pde::HelpViewer::instance().registeredBooks().contains(

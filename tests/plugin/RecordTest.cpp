@@ -40,7 +40,8 @@ QString saved(pde::PDEPanel &panel, const Callback &callback, const Recorder &re
 // and the record agree: the yen sign is stored as the byte the printer prints
 // for it, a character the encoding lacks cannot be typed, a restored one
 // refuses the save while its field applies and is stored empty while it does
-// not, and a restored value outside the pop-up's choices is its default.
+// not, a restored value outside the pop-up's choices is its default, and the
+// defaults button resets every value.
 TEST(Record, ViewSummaryAndRecordAgreeInEveryPrinterEncoding)
 {
     const char *const sjis = "plugin-shift-jis-default.ppd";
@@ -63,6 +64,7 @@ TEST(Record, ViewSummaryAndRecordAgreeInEveryPrinterEncoding)
         {"second secure kind, automatic name", utf8, {}, {4, u"ab"_s, u"12"_s, 0, {}}, u"4|0|user,password"_s,
          u"201|5|ab|{12}|1|"_s, u"Job Type: Secure Print|User ID: ab|Password: **|Document Name: Automatic"_s},
         {"none keeps the texts", utf8, u"4|taro||2|n"_s, {.jobType = 0}, u"0|(1)|"_s, u"201|1|taro||2|n"_s, none},
+        {"defaults button", utf8, u"4|taro|{12}|0|n"_s, {.defaults = true}, u"0|(1)|"_s, u"201|1|||2|"_s, none},
         {"yen sign", sjis, u"3|taro||2|"_s, {.documentName = u"Price¥100"_s}, u"2|1|user,name"_s,
          u"201|3|taro||2|/80/114/105/99/101/92/49/48/48"_s, sample + u"Enter a Name|Entered Name: Price¥100"_s},
         {"yen sign", latin1, u"3|taro||2|"_s, {.documentName = u"Price¥100"_s}, u"2|1|user,name"_s,
