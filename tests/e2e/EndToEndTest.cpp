@@ -25,7 +25,8 @@ struct RecordRow {
     const char *values; // pde-host's arguments
     QByteArray password;
     QByteArray settings = {}; // a --settings file's content, or empty
-    int exitCode = 0; // 3: a refused save, which shows an alert
+    int exitCode = 0;
+    QString errorPart = {}; // in what a refusal prints
 };
 
 TEST_F(EndToEnd, PrintAndReleaseDeliverTheRecordByteForByteAndARefusalChangesNothing)
@@ -38,7 +39,8 @@ TEST_F(EndToEnd, PrintAndReleaseDeliverTheRecordByteForByteAndARefusalChangesNot
         {"released: the same", false, raw, "2468"},
         {"printed from saved settings: the second secure kind", true, "--set userName=u", "1357",
          R"({"com.norvanta.qs.o.print.printsettings.PrintType": "5"})"},
-        {"refused save: no password", false, "--set printType=1 --set userName=taro", {}, {}, 3},
+        {"refused save: no password", false, "--set printType=1 --set userName=taro", {}, {}, 3, u"alert: "_s},
+        {"refused value", false, "--set printType=1 --set password=12a", {}, {}, 4, u"password:"_s},
     };
     for (const RecordRow &row : rows) {
         const QString queue = row.print ? u"e2e"_s : kHeld;
@@ -70,7 +72,7 @@ TEST_F(EndToEnd, PrintAndReleaseDeliverTheRecordByteForByteAndARefusalChangesNot
         }
         ASSERT_EQ(run.exitCode, row.exitCode) << row.name << ": " << qPrintable(run.err);
         if (row.exitCode != 0) {
-            EXPECT_TRUE(run.err.contains(u"alert: "_s)) << row.name << ": " << qPrintable(run.err);
+            EXPECT_TRUE(run.err.contains(row.errorPart)) << row.name << ": " << qPrintable(run.err);
             EXPECT_EQ(jobAttributes(job), before) << row.name;
             cupsCancelJob2(CUPS_HTTP_DEFAULT, kHeld.toUtf8().constData(), job, 0);
             continue;

@@ -136,9 +136,10 @@ TEST_F(PrintDialog, EverySettingReachesTheFilterAsQtsCupsPrintingSendsIt)
         {"US Letter", true, {{"pageSizeCombo", "US Letter"}}, {"media=Letter"}},
         {"grayscale from the PPD's colour model", true, {{"", "Grayscale"}},
          {"ColorModel=Gray", "print-color-mode=monochrome"}},
-        // What Qt's Properties dialog keeps as CUPS options (pages per sheet,
-        // billing, priority, the PPD's options) is passed on as it is; the
-        // scheduler would make the colour model from the colour mode itself.
+        // What Qt's dialogs keep as CUPS options (pages per sheet, billing,
+        // priority, the PPD's options) is passed on as one list, so one of
+        // them stands for all; the scheduler would make the colour model from
+        // the colour mode itself.
         {"paper from tray 2", true, {{"", "Tray 2"}}, {"InputSlot=Tray2"}},
         {"hold indefinitely", true, {{"jobHoldComboBox", "Hold Indefinitely"}},
          {"job-hold-until=indefinite", "job-state=pending-held"}},
