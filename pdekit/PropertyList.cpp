@@ -2,6 +2,7 @@
 // libplist behind Qt types.
 #include "pdekit/PropertyList.h"
 
+#include "pdekit/PropertyListItems.h"
 #include "pdekit/ResourceFile.h"
 
 #include <QDateTime>
@@ -259,18 +260,7 @@ int nestingDepth(plist_t root)
                 pending.emplace_back(plist_array_get_item(node, i), depth);
             continue;
         }
-        plist_dict_iter iter = nullptr;
-        plist_dict_new_iter(node, &iter);
-        for (;;) {
-            char *key = nullptr;
-            plist_t value = nullptr;
-            plist_dict_next_item(node, iter, &key, &value);
-            std::free(key);
-            if (value == nullptr)
-                break;
-            pending.emplace_back(value, depth);
-        }
-        std::free(iter);
+        forEachDictionaryItem(node, [&pending, depth](const char *, plist_t value) { pending.emplace_back(value, depth); });
     }
     return deepest;
 }
@@ -357,18 +347,9 @@ QVariant valueOf(plist_t plist)
     }
     case PLIST_DICT: {
         QVariantMap map;
-        plist_dict_iter iter = nullptr;
-        plist_dict_new_iter(plist, &iter);
-        for (;;) {
-            char *key = nullptr;
-            plist_t value = nullptr;
-            plist_dict_next_item(plist, iter, &key, &value);
-            const std::unique_ptr<char, CharFree> ownedKey(key);
-            if (key == nullptr || value == nullptr)
-                break;
+        forEachDictionaryItem(plist, [&map](const char *key, plist_t value) {
             map.insert(QString::fromUtf8(key), valueOf(value));
-        }
-        std::free(iter);
+        });
         return map;
     }
     case PLIST_DATE: {

@@ -11,6 +11,7 @@
 #include "platform/UnicodeBuffer.h"
 
 #include "pdekit/PropertyList.h"
+#include "pdekit/PropertyListItems.h"
 #include "pdekit/ResourceFile.h"
 
 #include <QDir>
@@ -18,7 +19,6 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
-#include <cstdlib>
 #include <bit>
 #include <plist/plist.h>
 
@@ -50,19 +50,10 @@ bool fitsXmlPropertyList(plist_t node)
 {
     switch (plist_get_node_type(node)) {
     case PLIST_DICT: {
-        plist_dict_iter iter = nullptr;
-        plist_dict_new_iter(node, &iter);
         bool fits = true;
-        for (;;) {
-            char *key = nullptr;
-            plist_t value = nullptr;
-            plist_dict_next_item(node, iter, &key, &value);
-            std::free(key);
-            if (value == nullptr)
-                break;
+        pde::forEachDictionaryItem(node, [&fits](const char *, plist_t value) {
             fits = fits && fitsXmlPropertyList(value);
-        }
-        std::free(iter);
+        });
         return fits;
     }
     case PLIST_ARRAY:
