@@ -58,10 +58,11 @@ QByteArray binaryArrays(int count, int width)
 // hostile one neither crashes, hangs nor fills the memory.
 TEST(Bundle, OpenRefusesWhatIsNotABundleNamingTheFileAndTheReason)
 {
-    // An XML property list of `depth` arrays in one another.
-    const auto nestedXml = [](int depth) {
-        return "<plist version=\"1.0\">" + QByteArray("<array>").repeated(depth) + QByteArray("</array>").repeated(depth)
-               + "</plist>";
+    // An XML property list of `depth` arrays, or dictionaries, in one another.
+    const auto nestedXml = [](int depth, bool dictionaries = false) {
+        const QByteArray open = dictionaries ? "<dict><key>k</key>" : "<array>";
+        const QByteArray close = dictionaries ? "</dict>" : "</array>";
+        return "<plist version=\"1.0\">" + open.repeated(depth) + close.repeated(depth) + "</plist>";
     };
     const struct {
         const char *name;
@@ -72,7 +73,7 @@ TEST(Bundle, OpenRefusesWhatIsNotABundleNamingTheFileAndTheReason)
         {"not a property list", "CFBundleIdentifier = org.example.garbage", u"is not a property list"_s},
         {"an array", "<plist version=\"1.0\"><array/></plist>", u"does not hold a dictionary"_s},
         {"XML nested 50,000 deep", nestedXml(50000), u"holds more than 10000 arrays and dictionaries"_s},
-        {"XML nested 300 deep", nestedXml(300), u"nests arrays and dictionaries more than 256 deep"_s},
+        {"XML dictionaries nested 300 deep", nestedXml(300, true), u"nests arrays and dictionaries more than 256 deep"_s},
         {"binary nested 300 deep", binaryArrays(300, 1), u"nests arrays and dictionaries more than 256 deep"_s},
         {"binary that contains itself", binaryArrays(1, 1), u"is a binary property list that contains itself"_s},
         {"binary that doubles 40 times", binaryArrays(40, 2), // 2^40 values once read
