@@ -21,6 +21,7 @@
 #include <cups/cups.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <unistd.h>
 
 namespace e2e {
@@ -173,6 +174,29 @@ protected:
             arguments << u"-U"_s << user;
         // "request id is held-12 (1 file(s))"
         return runHost(arguments, {}, {}, {}, u"lp"_s).out.section(u' ', 3, 3).section(u'-', -1).toInt();
+    }
+
+    // The same job as a GTK application submits it, through the destination
+    // API (Create-Job, then Send-Document); 0 when it fails.
+    static int submitAsGtk(const QString &title)
+    {
+        const std::unique_ptr<cups_dest_t, void (*)(cups_dest_t *)> dest(
+            cupsGetNamedDest(CUPS_HTTP_DEFAULT, kHeld.toUtf8().constData(), nullptr),
+            [](cups_dest_t *d) { cupsFreeDests(1, d); });
+        const std::unique_ptr<cups_dinfo_t, decltype(&cupsFreeDestInfo)> info(
+            dest ? cupsCopyDestInfo(CUPS_HTTP_DEFAULT, dest.get()) : nullptr, &cupsFreeDestInfo);
+        const QByteArray text = readFile(kDocument);
+        int job = 0;
+        if (!info
+            || cupsCreateDestJob(CUPS_HTTP_DEFAULT, dest.get(), info.get(), &job, title.toUtf8().constData(), 0, nullptr)
+                   != IPP_STATUS_OK
+            || cupsStartDestDocument(CUPS_HTTP_DEFAULT, dest.get(), info.get(), job, "report", CUPS_FORMAT_TEXT, 0,
+                                     nullptr, 1)
+                   != HTTP_STATUS_CONTINUE
+            || cupsWriteRequestData(CUPS_HTTP_DEFAULT, text.constData(), size_t(text.size())) != HTTP_STATUS_CONTINUE
+            || cupsFinishDestDocument(CUPS_HTTP_DEFAULT, dest.get(), info.get()) != IPP_STATUS_OK)
+            return 0;
+        return job;
     }
 
     // The job's attributes as the scheduler shows them to its owner,

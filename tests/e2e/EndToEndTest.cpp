@@ -27,6 +27,7 @@ struct RecordRow {
     QByteArray settings = {}; // a --settings file's content, or empty
     int exitCode = 0;
     QString errorPart = {}; // in what a refusal prints
+    bool asGtk = false;     // the held job made as a GTK application makes it, else with lp
 };
 
 TEST_F(EndToEnd, PrintAndReleaseDeliverTheRecordByteForByteAndARefusalChangesNothing)
@@ -37,6 +38,7 @@ TEST_F(EndToEnd, PrintAndReleaseDeliverTheRecordByteForByteAndARefusalChangesNot
     const RecordRow rows[] = {
         {"printed: a quote, accents and braces (not a collection)", true, raw, "2468"},
         {"released: the same", false, raw, "2468"},
+        {"released: the same job made as GTK applications make it", false, raw, "2468", {}, 0, {}, true},
         {"printed from saved settings: the second secure kind", true, "--set userName=u", "1357",
          R"({"com.norvanta.qs.o.print.printsettings.PrintType": "5"})"},
         {"refused save: no password", false, "--set printType=1 --set userName=taro", {}, {}, 3, u"alert: "_s},
@@ -64,7 +66,7 @@ TEST_F(EndToEnd, PrintAndReleaseDeliverTheRecordByteForByteAndARefusalChangesNot
                           row.password + '\n');
             job = run.out.trimmed().section(u'-', -1).toInt();
         } else {
-            job = submitWithLp(u"Quarterly report"_s);
+            job = row.asGtk ? submitAsGtk(u"Quarterly report"_s) : submitWithLp(u"Quarterly report"_s);
             before = jobAttributes(job);
             ASSERT_TRUE(before.contains(u"job-state=pending-held"_s)) << row.name;
             run = runHost(forPrinter(queue, QStringList{u"release"_s, QString::number(job)} + values),
